@@ -1,0 +1,90 @@
+#include "host/core/Raise.h"
+
+#include <cerrno>
+#include <new>
+#include <vector>
+
+#include <qpdf/QPDFExc.hh>
+#include <qpdf/QPDFSystemError.hh>
+
+namespace tgx::host {
+namespace {
+
+struct RaiseState {
+  std::vector<ASRestoreProc> frames;
+  ASErrorCode code = kASNoError;
+  std::string text;
+};
+
+RaiseState& State() {
+  static RaiseState state;
+  return state;
+}
+
+ASErrorCode CodeOf(const QPDFExc& e) {
+  switch (e.getErrorCode()) {
+    case qpdf_e_password:
+      return kASBadPassword;
+    case qpdf_e_unsupported:
+      return kASNotSupported;
+    case qpdf_e_system:
+      return kASFileError;
+    case qpdf_e_damaged_pdf:
+    case qpdf_e_pages:
+    case qpdf_e_object:
+      return kASDamagedDocument;
+    default:
+      return kASInternalError;
+  }
+}
+
+}  // namespace
+
+void PushFrame(ASRestoreProc restore) { State().frames.push_back(restore); }
+
+void PopFrame() noexcept {
+  auto& frames = State().frames;
+  if (!frames.empty()) frames.pop_back();
+}
+
+std::size_t FrameDepth() noexcept { return State().frames.size(); }
+
+void CutFrames(std::size_t depth) noexcept {
+  auto& frames = State().frames;
+  if (frames.size() > depth) frames.resize(depth);
+}
+
+ASErrorCode LastRaiseCode() noexcept { return State().code; }
+const std::string& LastRaiseText() noexcept { return State().text; }
+
+void Raise(HostError error) {
+  RaiseState& state = State();
+  state.code = error.Code();
+  state.text = error.Text();
+  if (!state.frames.empty()) {
+    const ASRestoreProc restore = state.frames.back();
+    state.frames.pop_back();
+    restore();
+  }
+  throw error;
+}
+
+HostError CurrentFailure() noexcept {
+  try {
+    throw;
+  } catch (const HostError& e) {
+    return e;
+  } catch (const QPDFExc& e) {
+    return {CodeOf(e), e.what()};
+  } catch (const QPDFSystemError& e) {
+    return {e.getErrno() == ENOMEM ? kASNoMemory : kASFileError, e.what()};
+  } catch (const std::bad_alloc&) {
+    return {kASNoMemory, "out of memory"};
+  } catch (const std::exception& e) {
+    return {kASInternalError, e.what()};
+  } catch (...) {
+    return {kASInternalError, "unknown failure inside the host"};
+  }
+}
+
+}  // namespace tgx::host

@@ -1,0 +1,47 @@
+#pragma once
+
+#include <deque>
+#include <memory>
+#include <string>
+#include <unordered_map>
+
+#include <qpdf/QPDFObjectHandle.hh>
+#include <tgx/host.h>
+
+namespace tgx::host {
+
+/// The objects of one document that have been handed out, each under one 64-bit value for as long as the document is open.
+/// An object is known by the address of qpdf's own object, which is stable for direct and indirect objects alike; its slot
+/// keeps it alive, so the address is not reused.
+class ObjectTable {
+ public:
+  struct Slot {
+    QPDFObjectHandle object;
+    std::unique_ptr<std::string> bytes;  ///< what CosStringValue handed out last
+  };
+
+  explicit ObjectTable(ASUns32 document) : document_(document) {}
+  ObjectTable(const ObjectTable&) = delete;
+  ObjectTable& operator=(const ObjectTable&) = delete;
+
+  /// The handle of an object; the null object for everything that resolves to null.
+  CosObj HandleOf(const QPDFObjectHandle& object);
+
+  /// The slot of a handle of this document, null for a value that was never given out.
+  Slot* Find(CosObj handle) { return handle.a < slots_.size() ? &slots_[handle.a] : nullptr; }
+
+ private:
+  ASUns32 document_;
+  std::deque<Slot> slots_;
+  std::unordered_map<const QPDFObject*, ASUns32> slotOfObject_;
+};
+
+constexpr CosObj kNullObject = {0, 0};
+inline bool IsNull(CosObj handle) { return handle.a == 0 && handle.b == 0; }
+inline bool Same(CosObj a, CosObj b) { return a.a == b.a && a.b == b.b; }
+
+/// The living slot behind a handle. Throws kASBadParameter for the null object and for handles of closed documents.
+ObjectTable::Slot& SlotOf(CosObj handle);
+inline QPDFObjectHandle& ObjectOf(CosObj handle) { return SlotOf(handle).object; }
+
+}  // namespace tgx::host

@@ -1,0 +1,94 @@
+#include "host/pdmodel/Document.h"
+
+#include <cstdint>
+
+#include "host/core/HostError.h"
+#include "host/pdfedit/PageContents.h"
+#include "host/pdmodel/PageList.h"
+#include "host/pdsedit/StructureTree.h"
+
+namespace tgx::host {
+namespace {
+
+/// Documents by serial number; a closed one leaves an empty place, and serial numbers are never used again.
+std::vector<std::unique_ptr<Document>>& Registry() {
+  static std::vector<std::unique_ptr<Document>> documents(1);  // serial 0 is nobody's, so no handle is all zero
+  return documents;
+}
+
+// The lowest bits tell the kinds of handle apart; pages have their index between them and the serial number.
+enum : std::uintptr_t { kKindMask = 7, kDocKind = 2, kCosDocKind = 4, kPageKind = 6 };
+constexpr int kIndexShift = 3;
+constexpr int kSerialShift = 32;
+
+std::uintptr_t Bits(ASUns32 serial, ASUns32 index, std::uintptr_t kind) {
+  return (static_cast<std::uintptr_t>(serial) << kSerialShift) | (static_cast<std::uintptr_t>(index) << kIndexShift) | kind;
+}
+
+template <typename Handle>
+Document& Lookup(Handle handle, std::uintptr_t kind, const char* what) {
+  const auto bits = reinterpret_cast<std::uintptr_t>(handle);
+  Document* document = (bits & kKindMask) == kind ? Document::Find(static_cast<ASUns32>(bits >> kSerialShift)) : nullptr;
+  if (document == nullptr) throw HostError(kASBadParameter, std::string("no open document has this ") + what);
+  return *document;
+}
+
+}  // namespace
+
+Document::Document(ASUns32 serial, std::unique_ptr<QPDF> pdf, std::string name)
+    : serial_(serial), name_(std::move(name)), pdf_(std::move(pdf)), objects_(serial) {
+  pages_ = std::make_unique<PageList>(*this);
+  structure_ = std::make_unique<StructureTree>(*this);
+  contents_ = std::make_unique<PageContents>(*this);
+}
+
+Document::~Document() = default;
+
+Document& Document::Adopt(std::unique_ptr<QPDF> pdf, std::string name) {
+  auto& documents = Registry();
+  const auto serial = static_cast<ASUns32>(documents.size());
+  documents.push_back(nullptr);
+  documents[serial].reset(new Document(serial, std::move(pdf), std::move(name)));
+  return *documents[serial];
+}
+
+Document* Document::Find(ASUns32 serial) noexcept {
+  auto& documents = Registry();
+  return serial < documents.size() ? documents[serial].get() : nullptr;
+}
+
+Document& Document::Of(PDDoc handle) { return Lookup(handle, kDocKind, "PDDoc"); }
+Document& Document::Of(CosDoc handle) { return Lookup(handle, kCosDocKind, "CosDoc"); }
+Document& Document::Of(PDPage handle) { return Lookup(handle, kPageKind, "PDPage"); }
+
+Document& Document::Of(CosObj handle) {
+  SlotOf(handle);
+  return *Find(handle.b);
+}
+
+void Document::Close(Document& document) noexcept { Registry()[document.serial_].reset(); }
+
+PDDoc Document::Handle() const noexcept { return reinterpret_cast<PDDoc>(Bits(serial_, 0, kDocKind)); }
+CosDoc Document::CosHandle() const noexcept { return reinterpret_cast<CosDoc>(Bits(serial_, 0, kCosDocKind)); }
+
+PDPage PageHandle(const Document& document, ASUns32 index) noexcept {
+  return reinterpret_cast<PDPage>(Bits(document.Serial(), index, kPageKind));
+}
+
+ASUns32 PageIndex(PDPage handle) noexcept {
+  return static_cast<ASUns32>((reinterpret_cast<std::uintptr_t>(handle) & 0xFFFFFFFFU) >> kIndexShift);
+}
+
+void Document::BeforeCosRead(const QPDFObjectHandle& container, std::string_view key) {
+  structure_->BeforeCosRead(container, key);
+  contents_->BeforeCosRead(container, key);
+}
+
+void Document::AfterCosEdit(const QPDFObjectHandle& container, std::string_view key) {
+  changed_ = true;
+  pages_->AfterCosEdit(container, key);
+  structure_->AfterCosEdit(container, key);
+  contents_->AfterCosEdit(container, key);
+}
+
+}  // namespace tgx::host

@@ -1,0 +1,79 @@
+#pragma once
+
+#include <memory>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include <qpdf/QPDF.hh>
+#include <tgx/host.h>
+
+#include "host/cos/CosObserver.h"
+#include "host/cos/ObjectTable.h"
+
+namespace tgx::host {
+
+class PageContents;
+class PageList;
+class StructureTree;
+
+/// One open document: qpdf's view of the file, the handles given out for its objects, and the models kept over them.
+///
+/// Documents live in one registry. A PDDoc, CosDoc or PDPage is a number made from the document's serial number (and the page's
+/// index), never an address: a handle of a closed document is recognised for good.
+class Document {
+ public:
+  /// Takes over a file that qpdf has read; `name` is what messages call it. Reads the page list at once: qpdf may replace page
+  /// objects that stand in the page tree twice, so this comes before any handle.
+  static Document& Adopt(std::unique_ptr<QPDF> pdf, std::string name);
+
+  /// The open document of a serial number, null if there is none.
+  static Document* Find(ASUns32 serial) noexcept;
+
+  /// The open document of a handle. Throw kASBadParameter for null and for dead handles.
+  static Document& Of(PDDoc handle);
+  static Document& Of(CosDoc handle);
+  static Document& Of(PDPage handle);
+  static Document& Of(CosObj handle);
+
+  /// Ends the document; all its handles are dead from here on.
+  static void Close(Document& document) noexcept;
+
+  ~Document();
+  Document(const Document&) = delete;
+  Document& operator=(const Document&) = delete;
+
+  ASUns32 Serial() const noexcept { return serial_; }
+  PDDoc Handle() const noexcept;
+  CosDoc CosHandle() const noexcept;
+  const std::string& Name() const noexcept { return name_; }
+
+  QPDF& Pdf() noexcept { return *pdf_; }
+  ObjectTable& Objects() noexcept { return objects_; }
+  CosObj HandleOf(const QPDFObjectHandle& object) { return objects_.HandleOf(object); }
+  PageList& Pages() noexcept { return *pages_; }
+  StructureTree& Structure() noexcept { return *structure_; }
+  PageContents& Contents() noexcept { return *contents_; }
+
+  /// Whether anything has been edited since the document was opened. Saving rebuilds the parent tree only then.
+  bool IsChanged() const noexcept { return changed_; }
+  void MarkChanged() noexcept { changed_ = true; }
+
+  /// Called by the Cos operations; see CosObserver. An edit also marks the document changed.
+  void BeforeCosRead(const QPDFObjectHandle& container, std::string_view key);
+  void AfterCosEdit(const QPDFObjectHandle& container, std::string_view key);
+
+ private:
+  Document(ASUns32 serial, std::unique_ptr<QPDF> pdf, std::string name);
+
+  ASUns32 serial_;
+  std::string name_;
+  std::unique_ptr<QPDF> pdf_;
+  ObjectTable objects_;
+  std::unique_ptr<PageList> pages_;
+  std::unique_ptr<StructureTree> structure_;
+  std::unique_ptr<PageContents> contents_;
+  bool changed_ = false;
+};
+
+}  // namespace tgx::host
