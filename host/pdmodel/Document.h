@@ -5,8 +5,8 @@
 #include <string_view>
 #include <vector>
 
-#include <qpdf/QPDF.hh>
 #include <tgx/host.h>
+#include <qpdf/QPDF.hh>
 
 #include "host/cos/CosObserver.h"
 #include "host/cos/ObjectTable.h"
@@ -19,12 +19,12 @@ class StructureTree;
 
 /// One open document: qpdf's view of the file, the handles given out for its objects, and the models kept over them.
 ///
-/// Documents live in one registry. A PDDoc, CosDoc or PDPage is a number made from the document's serial number (and the page's
-/// index), never an address: a handle of a closed document is recognised for good.
+/// Documents live in one registry. A PDDoc, CosDoc or PDPage is a number made from the document's serial number (and the
+/// page's index), never an address: a handle of a closed document is recognised for good.
 class Document {
  public:
-  /// Takes over a file that qpdf has read; `name` is what messages call it. Reads the page list at once: qpdf may replace page
-  /// objects that stand in the page tree twice, so this comes before any handle.
+  /// Takes over a file that qpdf has read; `name` is what messages call it. Reads the page list at once: qpdf may replace
+  /// page objects that stand in the page tree twice, so this comes before any handle.
   static Document& Adopt(std::unique_ptr<QPDF> pdf, std::string name);
 
   /// The open document of a serial number, null if there is none.

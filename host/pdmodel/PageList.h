@@ -4,9 +4,9 @@
 #include <unordered_map>
 #include <vector>
 
+#include <tgx/host.h>
 #include <qpdf/QPDFObjGen.hh>
 #include <qpdf/QPDFObjectHandle.hh>
-#include <tgx/host.h>
 
 namespace tgx::host {
 

@@ -1,0 +1,19 @@
+#pragma once
+
+#include <string>
+
+#include <tgx/host.h>
+
+namespace tgx::host {
+
+/// Path objects: the bytes of a path as the operating system takes them. A value that is no living path object is
+/// recognised.
+ASPathName CreatePath(std::string bytes);
+const std::string& PathOf(ASPathName path);  ///< throws kASBadParameter for null and released paths
+void ReleasePath(ASPathName path) noexcept;  ///< nothing for null and released paths
+
+/// A path for use in a message: bytes that are not UTF-8 and control characters are escaped, so that it stays one line, and
+/// the front of a long path is left out.
+std::string DisplayName(const std::string& path);
+
+}  // namespace tgx::host
