@@ -1,7 +1,0 @@
-#include "host/core/Tables.h"
-
-namespace tgx::test {
-
-const HostTables* EmbeddedTables() { return host::Tables(); }
-
-}  // namespace tgx::test
