@@ -7,11 +7,12 @@
 
 namespace tgx::host {
 
-/// A failure of the host: a code of the kAS... list and a UTF-8 text that names the place. Host code throws it; the guard in
-/// front of every table entry turns it into a raise. An embedder meets it only when a raise finds no exception frame.
+/// A failure of the host: a code of the kAS... list and a text that names the place, well-formed UTF-8 of at most 499 bytes
+/// (what is longer is cut, what is ill-formed replaced). Host code throws it; the guard in front of every table entry turns
+/// it into a raise. An embedder meets it only when a raise finds no exception frame.
 class __attribute__((visibility("default"))) HostError : public std::exception {
  public:
-  HostError(ASErrorCode code, std::string text) : code_(code), text_(std::move(text)) {}
+  HostError(ASErrorCode code, std::string text);
   ASErrorCode Code() const noexcept { return code_; }
   const std::string& Text() const noexcept { return text_; }
   const char* what() const noexcept override { return text_.c_str(); }

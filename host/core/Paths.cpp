@@ -2,42 +2,20 @@
 
 #include <array>
 #include <cstdio>
-#include <memory>
 #include <string_view>
-#include <unordered_map>
 
+#include "host/core/HandleTable.h"
 #include "host/core/HostError.h"
+#include "host/core/Utf.h"
 
 namespace tgx::host {
 namespace {
 
 constexpr std::size_t kLongestDisplayName = 300;  // leaves room for the reason in a text of 499 bytes
 
-using PathTable = std::unordered_map<ASPathName, std::unique_ptr<std::string>>;
-
-PathTable& LivingPaths() {
-  static PathTable paths;
+HandleTable<ASPathName, std::string>& LivingPaths() {
+  static HandleTable<ASPathName, std::string> paths(5, "path object");
   return paths;
-}
-
-/// The length of the well-formed UTF-8 sequence at the front of `text`; 0 if there is none.
-std::size_t Utf8SequenceLength(std::string_view text) {
-  const auto byte = [&](std::size_t i) { return i < text.size() ? static_cast<unsigned char>(text[i]) : 0U; };
-  const auto continues = [&](std::size_t i) { return (byte(i) & 0xC0U) == 0x80U; };
-  const unsigned first = byte(0);
-  if (first < 0x80) return 1;
-  if (first >= 0xC2 && first < 0xE0) return continues(1) ? 2 : 0;
-  if (first >= 0xE0 && first < 0xF0) {
-    const bool overlong = first == 0xE0 && byte(1) < 0xA0;
-    const bool surrogate = first == 0xED && byte(1) >= 0xA0;
-    return continues(1) && continues(2) && !overlong && !surrogate ? 3 : 0;
-  }
-  if (first >= 0xF0 && first < 0xF5) {
-    const bool overlong = first == 0xF0 && byte(1) < 0x90;
-    const bool tooLarge = first == 0xF4 && byte(1) >= 0x90;
-    return continues(1) && continues(2) && continues(3) && !overlong && !tooLarge ? 4 : 0;
-  }
-  return 0;
 }
 
 void AppendEscaped(std::string& out, char c) {
@@ -48,20 +26,20 @@ void AppendEscaped(std::string& out, char c) {
 
 }  // namespace
 
-ASPathName CreatePath(std::string bytes) {
-  auto path = std::make_unique<std::string>(std::move(bytes));
-  const auto handle = reinterpret_cast<ASPathName>(path.get());
-  LivingPaths().emplace(handle, std::move(path));
-  return handle;
+ASFileSys DefaultFileSystem() noexcept {
+  static char theFileSystem;  // only its address matters
+  return reinterpret_cast<ASFileSys>(&theFileSystem);
 }
 
-const std::string& PathOf(ASPathName path) {
-  const auto found = LivingPaths().find(path);
-  if (found == LivingPaths().end()) throw HostError(kASBadParameter, "no living path object has this ASPathName");
-  return *found->second;
+void CheckFileSystem(ASFileSys fileSystem) {
+  if (fileSystem != nullptr && fileSystem != DefaultFileSystem()) throw HostError(kASBadParameter, "no such file system");
 }
 
-void ReleasePath(ASPathName path) noexcept { LivingPaths().erase(path); }
+ASPathName CreatePath(std::string bytes) { return LivingPaths().Add(std::make_unique<std::string>(std::move(bytes))); }
+
+const std::string& PathOf(ASPathName path) { return LivingPaths().Of(path); }
+
+void ReleasePath(ASPathName path) noexcept { LivingPaths().Remove(path); }
 
 std::string DisplayName(const std::string& path) {
   std::string out;

@@ -6,6 +6,12 @@
 
 namespace tgx::host {
 
+/// The one file system.
+ASFileSys DefaultFileSystem() noexcept;
+
+/// Throws kASBadParameter for anything but the one file system; null stands for it.
+void CheckFileSystem(ASFileSys fileSystem);
+
 /// Path objects: the bytes of a path as the operating system takes them. A value that is no living path object is
 /// recognised.
 ASPathName CreatePath(std::string bytes);

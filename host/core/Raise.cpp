@@ -38,6 +38,35 @@ ASErrorCode CodeOf(const QPDFExc& e) {
   }
 }
 
+/// What qpdf says, with the place in front and the file behind, so that a cut text still tells what was wrong.
+std::string TextOf(const QPDFExc& e) {
+  std::string text = e.getObject().empty() ? e.getMessageDetail() : e.getObject() + ": " + e.getMessageDetail();
+  const bool hasOffset = e.getFilePosition() > 0;
+  if (e.getFilename().empty() && !hasOffset) return text;
+  text += " (" + e.getFilename();
+  if (hasOffset) text += (e.getFilename().empty() ? "offset " : ", offset ") + std::to_string(e.getFilePosition());
+  return text + ")";
+}
+
+/// The exception being handled, as the host's own.
+HostError Translate() {
+  try {
+    throw;
+  } catch (const HostError& e) {
+    return e;
+  } catch (const QPDFExc& e) {
+    return {CodeOf(e), TextOf(e)};
+  } catch (const QPDFSystemError& e) {
+    return {e.getErrno() == ENOMEM ? kASNoMemory : kASFileError, e.what()};
+  } catch (const std::bad_alloc&) {
+    return {kASNoMemory, "out of memory"};
+  } catch (const std::exception& e) {
+    return {kASInternalError, e.what()};
+  } catch (...) {
+    return {kASInternalError, "unknown failure inside the host"};
+  }
+}
+
 }  // namespace
 
 void PushFrame(ASRestoreProc restore) { State().frames.push_back(restore); }
@@ -71,19 +100,9 @@ void Raise(HostError error) {
 
 HostError CurrentFailure() noexcept {
   try {
-    throw;
-  } catch (const HostError& e) {
-    return e;
-  } catch (const QPDFExc& e) {
-    return {CodeOf(e), e.what()};
-  } catch (const QPDFSystemError& e) {
-    return {e.getErrno() == ENOMEM ? kASNoMemory : kASFileError, e.what()};
-  } catch (const std::bad_alloc&) {
+    return Translate();
+  } catch (...) {  // only for want of memory
     return {kASNoMemory, "out of memory"};
-  } catch (const std::exception& e) {
-    return {kASInternalError, e.what()};
-  } catch (...) {
-    return {kASInternalError, "unknown failure inside the host"};
   }
 }
 

@@ -1,6 +1,8 @@
 #include "host/cos/ObjectTable.h"
 
+#include "host/core/Atoms.h"
 #include "host/core/HostError.h"
+#include "host/cos/Names.h"
 #include "host/pdmodel/Document.h"
 
 namespace tgx::host {
@@ -13,13 +15,19 @@ CosObj ObjectTable::HandleOf(const QPDFObjectHandle& object) {
   return {known->second, document_};
 }
 
+CosObj ObjectTable::KeyName(ASAtom key) {
+  const auto [known, isNew] = keyNames_.try_emplace(key, kNullObject);
+  if (isNew) known->second = HandleOf(QPDFObjectHandle::newName(ToQpdfName(AtomView(key))));
+  return known->second;
+}
+
 ObjectTable::Slot& SlotOf(CosObj handle) {
   if (IsNull(handle)) throw HostError(kASBadParameter, "the null object where an object is needed");
   Document* document = Document::Find(handle.b);
   ObjectTable::Slot* slot = document == nullptr ? nullptr : document->Objects().Find(handle);
   if (slot == nullptr) {
-    throw HostError(kASBadParameter,
-                    "no object of an open document has the handle " + std::to_string(handle.a) + ":" + std::to_string(handle.b));
+    throw HostError(kASBadParameter, "no object of an open document has the handle " + std::to_string(handle.a) + ":" +
+                                         std::to_string(handle.b));
   }
   return *slot;
 }

@@ -5,8 +5,8 @@
 #include <string>
 #include <unordered_map>
 
-#include <qpdf/QPDFObjectHandle.hh>
 #include <tgx/host.h>
+#include <qpdf/QPDFObjectHandle.hh>
 
 namespace tgx::host {
 
@@ -27,6 +27,9 @@ class ObjectTable {
   /// The handle of an object; the null object for everything that resolves to null.
   CosObj HandleOf(const QPDFObjectHandle& object);
 
+  /// The name object that stands for a key when entries are enumerated: one for each atom.
+  CosObj KeyName(ASAtom key);
+
   /// The slot of a handle of this document, null for a value that was never given out.
   Slot* Find(CosObj handle) { return handle.a < slots_.size() ? &slots_[handle.a] : nullptr; }
 
@@ -34,6 +37,7 @@ class ObjectTable {
   ASUns32 document_;
   std::deque<Slot> slots_;
   std::unordered_map<const QPDFObject*, ASUns32> slotOfObject_;
+  std::unordered_map<ASAtom, CosObj> keyNames_;
 };
 
 constexpr CosObj kNullObject = {0, 0};
