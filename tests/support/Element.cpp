@@ -16,9 +16,11 @@ Annotation& Annotation::Set(std::string key, std::string pdfText) {
   return *this;
 }
 
-Element::Element(std::string type, const std::vector<Element>& kids) : node_(std::make_shared<Node>()) {
-  node_->type = std::move(type);
+Element::Element(std::string type) : node_(std::make_shared<Node>()) { node_->type = std::move(type); }
+
+Element& Element::operator()(const std::vector<Element>& kids) {
   for (const Element& kid : kids) Add(kid);
+  return *this;
 }
 
 // Trees in tests can be 10,000 levels deep: taken apart level by level, not by recursion.

@@ -45,7 +45,10 @@ class Annotation {
 
 /// A structure element to be. A handle: copies mean the same element, so that a test can keep one and put it into a tree.
 ///
-///     Element("Document", {Element("H1").Text(page, "Title"), Element("Figure").Alt(u"A tree").Image(page, 1, 1)})
+///     Element("Document")({
+///         Element("H1").Text(page, "Title"),
+///         Element("Figure").Alt(u"A tree").Image(page, 1, 1),
+///     })
 ///
 /// An element that is its own ancestor is made with a raw kid: `Element("Sect").Named("loop").RawKid("$loop")`.
 class Element {
@@ -69,8 +72,10 @@ class Element {
     ~Node();
   };
 
-  explicit Element(std::string type, const std::vector<Element>& kids = {});
+  explicit Element(std::string type);
 
+  /// Elements behind the kids that are there.
+  Element& operator()(const std::vector<Element>& kids);
   Element& Add(const Element& kid);
   /// Adds a new element and returns that one, for trees that are built downwards.
   Element AddNew(std::string type);

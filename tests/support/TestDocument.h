@@ -64,7 +64,7 @@ class Page {
 ///
 ///     TestDocument doc;
 ///     Page& page = doc.AddPage();
-///     doc.Tree({Element("Document", {
+///     doc.Tree({Element("Document")({
 ///         Element("H1").Text(page, "Title"),
 ///         Element("P"),
 ///         Element("Link").Text(page, "here").Object(page.Link("https://example.org/")),

@@ -16,12 +16,12 @@ using testing::IsEmpty;
 TEST(TestDocument, WritesTheTreeThatItSays) {
   TestDocument doc;
   Page& page = doc.AddPage();
-  doc.Tree({Element("Document", {
-                                    Element("H1").Title("First").Text(page, "Title"),
-                                    Element("Figure").Alt(u"\u222E").Image(page, 1, 1),
-                                    Element("Link").Lang("de").Text(page, "here").Object(page.Link("https://example.org/")),
-                                    Element("P"),
-                                })});
+  doc.Tree({Element("Document")({
+      Element("H1").Title("First").Text(page, "Title"),
+      Element("Figure").Alt(u"\u222E").Image(page, 1, 1),
+      Element("Link").Lang("de").Text(page, "here").Object(page.Link("https://example.org/")),
+      Element("P"),
+  })});
   const std::string bytes = doc.Write();
   ExpectSound(bytes);
   EXPECT_EQ(TreeText(bytes), R"(Document
