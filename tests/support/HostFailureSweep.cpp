@@ -37,7 +37,9 @@ std::size_t RunOnce(const std::string& bytes, const std::function<Outcome(OpenDo
   }
   if (raising.HasRaised()) {
     SCOPED_TRACE("host failure at call " + std::to_string(failAt) + ", " + NameOf(raising.RaisedIn()));
-    if (!options.mayHandleFailures || !outcome.text.empty()) EXPECT_EQ(outcome, HardFailure(kFailure));
+    if (!options.mayHandleFailures || !outcome.text.empty()) {
+      EXPECT_EQ(outcome, HardFailure(kFailure));
+    }
     EXPECT_EQ(LeftOpen(counting, options), std::vector<std::string>());
     EXPECT_EQ(FileProblems(document.Save()), std::vector<std::string>());
   } else {

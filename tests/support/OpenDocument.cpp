@@ -1,13 +1,8 @@
 #include "tests/support/OpenDocument.h"
 
 #include <cstring>
+#include <stdexcept>
 
-#include <qpdf/QPDF.hh>
-
-#include "host/core/Raise.h"
-#include "host/core/Tables.h"
-#include "host/pdmodel/Document.h"
-#include "tests/support/TestDocument.h"
 #include "tests/support/TreeText.h"
 
 namespace tgx::test {
@@ -26,38 +21,36 @@ void Bind() {
 template <typename Call>
 Outcome Run(const Call& call) {
   Bind();
-  const std::size_t frames = host::FrameDepth();
+  const std::size_t frames = TGXHost_FrameDepth();
   const int result = call();
-  host::CutFrames(frames);
+  TGXHost_CutFrames(frames);
   return {result, TGX_GetLastError()};
 }
 
 }  // namespace
 
-const HostTables* EmbeddedTables() { return host::Tables(); }
+const HostTables* EmbeddedTables() { return TGXHost_Tables(); }
 
 std::ostream& operator<<(std::ostream& out, const Outcome& outcome) {
   return out << "result " << outcome.result << " with the text \"" << outcome.text << "\"";
 }
 
-HostSession::HostSession(const HostTables* tables) : before_(currentTables), frames_(host::FrameDepth()) {
+HostSession::HostSession(const HostTables* tables) : before_(currentTables), frames_(TGXHost_FrameDepth()) {
   currentTables = tables;
   Bind();
 }
 
 HostSession::~HostSession() {
   currentTables = before_;
-  host::CutFrames(frames_);
+  TGXHost_CutFrames(frames_);
 }
 
-OpenDocument::OpenDocument(std::string bytes, const std::string& name) : bytes_(std::move(bytes)) {
-  auto pdf = std::make_unique<QPDF>();
-  pdf->setSuppressWarnings(true);
-  pdf->processMemoryFile(name.c_str(), bytes_.data(), bytes_.size());
-  handle_ = host::Document::Adopt(std::move(pdf), name).Handle();
+OpenDocument::OpenDocument(const std::string& bytes, const std::string& name, const TGXHostOpenOptions* options)
+    : handle_(TGXHost_OpenMemory(bytes.data(), bytes.size(), name.c_str(), options)) {
+  if (handle_ == nullptr) throw std::runtime_error(name + " does not open: " + TGXHost_LastError());
 }
 
-OpenDocument::~OpenDocument() { host::Document::Close(host::Document::Of(handle_)); }
+OpenDocument::~OpenDocument() { TGXHost_Close(handle_); }
 
 Outcome OpenDocument::Action(int number, const std::string& path) {
   std::vector<char> memory(offsetof(TGXActionParams, path) + path.size() + 1);
@@ -72,7 +65,16 @@ Outcome OpenDocument::Fixups(std::uint32_t mask) {
   return Run([&] { return TGX_Fixups(handle_, &params); });
 }
 
-std::string OpenDocument::Save() { return WriteToString(host::Document::Of(handle_).Pdf()); }
+std::string OpenDocument::Save(const TGXHostSaveOptions* options) {
+  void* data = nullptr;
+  std::size_t size = 0;
+  if (TGXHost_SaveMemory(handle_, options, &data, &size) != 0) {
+    throw std::runtime_error(std::string("the document does not save: ") + TGXHost_LastError());
+  }
+  std::string bytes(static_cast<const char*>(data), size);
+  TGXHost_FreeMemory(data);
+  return bytes;
+}
 
 std::string SavedTree(OpenDocument& document) { return TreeText(document.Save()); }
 

@@ -1,10 +1,10 @@
 #pragma once
 
-#include <memory>
 #include <ostream>
 #include <string>
 #include <vector>
 
+#include <tgx/embedded_host.h>
 #include <tgx/tgx.h>
 
 namespace tgx::test {
@@ -43,7 +43,8 @@ class HostSession {
 /// embedded host's when there is none.
 class OpenDocument {
  public:
-  explicit OpenDocument(std::string bytes, const std::string& name = "test.pdf");
+  explicit OpenDocument(const std::string& bytes, const std::string& name = "test.pdf",
+                        const TGXHostOpenOptions* options = nullptr);
   ~OpenDocument();
   OpenDocument(const OpenDocument&) = delete;
   OpenDocument& operator=(const OpenDocument&) = delete;
@@ -54,10 +55,9 @@ class OpenDocument {
   Outcome Fixups(std::uint32_t mask);
 
   /// The bytes of the document as the host saves it now; it stays open.
-  std::string Save();
+  std::string Save(const TGXHostSaveOptions* options = nullptr);
 
  private:
-  std::string bytes_;
   PDDoc handle_ = nullptr;
 };
 
