@@ -1,0 +1,131 @@
+#include "host/pdsedit/KidAnswers.h"
+
+#include <string>
+
+#include "host/core/HostError.h"
+#include "host/pdfedit/PageContents.h"
+#include "host/pdmodel/Document.h"
+#include "host/pdsedit/KidKinds.h"
+#include "host/pdsedit/TreeReader.h"
+
+namespace tgx::host {
+namespace {
+
+PageRef NearestPageUpward(StructureTree& tree, NodeId start) {
+  NodeStore& nodes = tree.Nodes();
+  // A "P" that a client made may lead in a circle.
+  constexpr ASUns32 kMostSteps = 4 * kDeepestLevel;
+  NodeId id = start;
+  for (ASUns32 steps = 0; id != kNoNode && steps < kMostSteps; ++steps) {
+    if (nodes[id].page != kNoPage) return nodes[id].page;
+    id = tree.ParentOf(id);
+  }
+  return kNoPage;
+}
+
+PageRef PageOfReferredObject(StructureTree& tree, QPDFObjectHandle reference) {
+  QPDFObjectHandle object = reference.getKey("/Obj");
+  if (!object.isDictionary()) return kNoPage;
+  const PageRef page = tree.Nodes().PageOf(object.getKey("/P"));
+  return page >= 0 ? page : kNoPage;
+}
+
+PageRef FirstPageBelow(StructureTree& tree, NodeId start) {
+  NodeStore& nodes = tree.Nodes();
+  struct Place {
+    NodeId id;
+    ASUns32 nextKid;
+  };
+  std::vector<Place> path = {{start, 0}};
+  while (!path.empty()) {
+    Place& place = path.back();
+    if (place.nextKid == nodes[place.id].kids.Size()) {
+      path.pop_back();
+      continue;
+    }
+    const Kid kid = nodes[place.id].kids[place.nextKid++];
+    PageRef page = kid.page;
+    if (kid.IsElement()) {
+      page = nodes[kid.place].page;
+      if (page == kNoPage) path.push_back({kid.place, 0});
+    } else if (kid.Kind() == KidKind::kObject && page == kNoPage) {
+      page = PageOfReferredObject(tree, nodes.ItemOf(kid));
+    }
+    if (page != kNoPage) return page;
+  }
+  return kNoPage;
+}
+
+PageRef PageOfElement(StructureTree& tree, NodeId parent, NodeId element) {
+  if (const PageRef own = tree.Nodes()[element].page; own != kNoPage) return own;
+  if (const PageRef below = FirstPageBelow(tree, element); below != kNoPage) return below;
+  return NearestPageUpward(tree, parent);
+}
+
+}  // namespace
+
+const Kid& KidAt(StructureTree& tree, NodeId parent, ASInt32 index) {
+  const Node& node = tree.Nodes()[parent];
+  if (index < 0 || static_cast<ASUns32>(index) >= node.kids.Size()) {
+    throw HostError(kASOutOfRange, NameOf(node) + " has no kid " + std::to_string(index));
+  }
+  return node.kids[static_cast<ASUns32>(index)];
+}
+
+CosObj ObjectOfKid(StructureTree& tree, const Kid& kid) {
+  if (kid.IsElement()) return tree.HandleOf(kid.place);
+  QPDFObjectHandle& item = tree.Nodes().ItemOf(kid);
+  return tree.Owner().HandleOf(kid.Kind() == KidKind::kObject ? item.getKey("/Obj") : item);
+}
+
+PageRef PageOfKid(StructureTree& tree, NodeId parent, const Kid& kid) {
+  switch (kid.Kind()) {
+    case KidKind::kOther:
+      return kNoPage;
+    case KidKind::kElement:
+      return PageOfElement(tree, parent, kid.place);
+    default:
+      break;
+  }
+  if (kid.page != kNoPage) return kid.page;
+  const PageRef above = NearestPageUpward(tree, parent);
+  if (above != kNoPage || kid.Kind() != KidKind::kObject) return above;
+  return PageOfReferredObject(tree, tree.Nodes().ItemOf(kid));
+}
+
+PDEContainer ContainerOfKid(StructureTree& tree, NodeId parent, const Kid& kid) {
+  if (kid.Kind() != KidKind::kNumber && kid.Kind() != KidKind::kReference) return nullptr;
+  if (kid.mcid < 0) return nullptr;
+  const PageRef page = PageOfKid(tree, parent, kid);
+  return page < 0 ? nullptr : tree.Owner().Contents().ContainerOf(page, kid.mcid);
+}
+
+CosObj HandleOfPage(StructureTree& tree, PageRef page) {
+  return page == kNoPage ? kNullObject : tree.Owner().HandleOf(tree.Nodes().PageObject(page));
+}
+
+PDSMCInfo McInfoOf(StructureTree& tree, NodeId parent, const Kid& kid) {
+  PDSMCInfo info = {};
+  info.size = sizeof(PDSMCInfo);
+  info.mcid = kid.mcid;
+  info.page = HandleOfPage(tree, PageOfKid(tree, parent, kid));
+  if (kid.Kind() == KidKind::kStreamReference) {
+    QPDFObjectHandle& item = tree.Nodes().ItemOf(kid);
+    info.stream = tree.Owner().HandleOf(item.getKey("/Stm"));
+    info.streamOwner = tree.Owner().HandleOf(item.getKey("/StmOwn"));
+  }
+  return info;
+}
+
+ASAtom AnswerAboutKid(StructureTree& tree, NodeId parent, ASInt32 index, const KidQuestion& question) {
+  const Kid kid = KidAt(tree, parent, index);
+  void* const container = question.pointer != nullptr ? ContainerOfKid(tree, parent, kid) : nullptr;
+  if (question.kid != nullptr) *question.kid = ObjectOfKid(tree, kid);
+  if (question.mcid != nullptr) *question.mcid = kid.mcid;
+  if (question.mcInfo != nullptr) *question.mcInfo = McInfoOf(tree, parent, kid);
+  if (question.pointer != nullptr) *question.pointer = container;
+  if (question.page != nullptr) *question.page = HandleOfPage(tree, PageOfKid(tree, parent, kid));
+  return TypeNameOf(kid.Kind(), tree.Nodes().ItemOf(kid));
+}
+
+}  // namespace tgx::host

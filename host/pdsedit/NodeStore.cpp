@@ -1,0 +1,88 @@
+#include "host/pdsedit/NodeStore.h"
+
+#include "host/pdmodel/Document.h"
+#include "host/pdmodel/PageList.h"
+#include "host/pdsedit/KidKinds.h"
+
+namespace tgx::host {
+
+NodeId NodeStore::Find(const QPDFObjectHandle& object) const {
+  const auto known = nodeOf_.find(object.getObjectPtr());
+  return known == nodeOf_.end() ? kNoNode : known->second;
+}
+
+NodeId NodeStore::Add(const QPDFObjectHandle& object) {
+  const NodeId id = Count();
+  nodes_.emplace_back().object = object;
+  nodeOf_.emplace(object.getObjectPtr(), id);
+  return id;
+}
+
+Kid NodeStore::MakeKid(KidKind kind, QPDFObjectHandle item) {
+  ASInt32 mcid = -1;
+  PageRef page = kNoPage;
+  if (kind == KidKind::kNumber) {
+    mcid = IntegerOr(item, -1);
+  } else if (kind == KidKind::kReference) {
+    mcid = IntegerOr(item.getKey("/MCID"), -1);
+    page = PageOf(item.getKey("/Pg"));
+  } else if (kind == KidKind::kStreamReference || kind == KidKind::kObject) {
+    page = PageOf(item.getKey("/Pg"));
+  }
+  ASUns32 place = 0;
+  if (freeItems_.empty()) {
+    place = static_cast<ASUns32>(items_.size());
+    items_.push_back(std::move(item));
+  } else {
+    place = freeItems_.back();
+    freeItems_.pop_back();
+    items_[place] = std::move(item);
+  }
+  return {kind, place, mcid, page};
+}
+
+void NodeStore::DropItem(const Kid& kid) {
+  if (kid.IsElement()) return;
+  items_[kid.place] = QPDFObjectHandle();
+  freeItems_.push_back(kid.place);
+}
+
+void NodeStore::InsertKid(NodeId parent, ASUns32 index, Kid kid) {
+  Node& node = nodes_[parent];
+  node.kids.Insert(index, kid);
+  if (node.kids.Size() > 1) node.arrayForm = true;
+  if (!kid.IsElement()) return;
+  Node& child = nodes_[kid.place];
+  child.holder = ++child.holders == 1 ? parent : kNoNode;
+}
+
+void NodeStore::EraseKid(NodeId parent, ASUns32 index) {
+  KidList& kids = nodes_[parent].kids;
+  const Kid kid = kids[index];
+  kids.Erase(index);
+  if (kid.IsElement()) {
+    Node& child = nodes_[kid.place];
+    --child.holders;
+    child.holder = kNoNode;
+  } else {
+    DropItem(kid);
+  }
+}
+
+PageRef NodeStore::PageOf(QPDFObjectHandle dictionary) {
+  if (!dictionary.isDictionary()) return kNoPage;
+  const ASInt32 index = document_.Pages().IndexOf(dictionary);
+  if (index >= 0) return index;
+  const auto next = static_cast<PageRef>(-2 - static_cast<PageRef>(strangePages_.size()));
+  const auto [known, isNew] = strangePageOf_.try_emplace(dictionary.getObjectPtr(), next);
+  if (isNew) strangePages_.push_back(dictionary);
+  return known->second;
+}
+
+QPDFObjectHandle NodeStore::PageObject(PageRef page) const {
+  if (page == kNoPage) return QPDFObjectHandle::newNull();
+  if (page < 0) return strangePages_[static_cast<std::size_t>(-2 - page)];
+  return document_.Pages().At(page).dictionary;
+}
+
+}  // namespace tgx::host

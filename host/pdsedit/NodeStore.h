@@ -1,0 +1,78 @@
+#pragma once
+
+#include <deque>
+#include <unordered_map>
+#include <vector>
+
+#include <tgx/host.h>
+#include <qpdf/QPDFObjectHandle.hh>
+
+#include "host/pdsedit/KidList.h"
+
+namespace tgx::host {
+
+class Document;
+
+/// A structure element, or a structure tree root, in memory.
+struct Node {
+  QPDFObjectHandle object;
+  KidList kids;
+  NodeId parent = kNoNode;  ///< what its "P" says, or is going to say
+  NodeId holder =
+      kNoNode;          ///< the one node in whose kids it stands; none if there are several and nobody knows which is left
+  ASUns32 holders = 0;  ///< how often it stands among the kids of any node
+  PageRef page = kNoPage;    ///< its own "Pg"
+  ASAtom type = ASAtomNull;  ///< its "S", ASAtomNull until it is asked for
+  bool isRoot : 1 = false;
+  bool arrayForm : 1 = false;      ///< its "K" is an array, or becomes one
+  bool kidsChanged : 1 = false;    ///< "K" waits to be written
+  bool parentChanged : 1 = false;  ///< "P" waits to be written
+  bool parentUnsure : 1 = false;   ///< "P" does not name a node that holds it; `parent` is where the walk came from
+  bool parentUnread : 1 = false;   ///< met outside of the tree: "P" is looked at when it is asked for
+  bool queued : 1 = false;         ///< stands in the list of nodes to be written
+};
+
+/// The nodes of a document's structure tree, those outside of it that a client came upon, and the items of their "K"
+/// entries. Nodes stay for as long as the document is open.
+class NodeStore {
+ public:
+  explicit NodeStore(Document& document) : document_(document) {}
+
+  Node& operator[](NodeId id) noexcept { return nodes_[id]; }
+  const Node& operator[](NodeId id) const noexcept { return nodes_[id]; }
+  NodeId Count() const noexcept { return static_cast<NodeId>(nodes_.size()); }
+
+  /// The node of an object, kNoNode if it has none yet.
+  NodeId Find(const QPDFObjectHandle& object) const;
+  NodeId Add(const QPDFObjectHandle& object);
+
+  /// The item behind a kid; that of an element is its dictionary.
+  QPDFObjectHandle& ItemOf(const Kid& kid) { return kid.IsElement() ? nodes_[kid.place].object : items_[kid.place]; }
+
+  /// A kid for an item that is no element; takes a place in the store until DropItem.
+  Kid MakeKid(KidKind kind, QPDFObjectHandle item);
+  void DropItem(const Kid& kid);
+
+  /// Kids in and out, with the counts of holders kept true.
+  void InsertKid(NodeId parent, ASUns32 index, Kid kid);
+  void EraseKid(NodeId parent, ASUns32 index);
+
+  /// The items of a root's "K" that are no elements: no client sees them, and they stay where they are.
+  std::vector<QPDFObjectHandle>& StraysOf(NodeId root) { return strays_[root]; }
+
+  /// What a "Pg" entry stands for: kNoPage for anything but a dictionary.
+  PageRef PageOf(QPDFObjectHandle dictionary);
+  QPDFObjectHandle PageObject(PageRef page) const;
+
+ private:
+  Document& document_;
+  std::deque<Node> nodes_;
+  std::unordered_map<const QPDFObject*, NodeId> nodeOf_;
+  std::deque<QPDFObjectHandle> items_;
+  std::vector<ASUns32> freeItems_;
+  std::unordered_map<NodeId, std::vector<QPDFObjectHandle>> strays_;
+  std::vector<QPDFObjectHandle> strangePages_;
+  std::unordered_map<const QPDFObject*, PageRef> strangePageOf_;
+};
+
+}  // namespace tgx::host

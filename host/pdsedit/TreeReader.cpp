@@ -1,0 +1,89 @@
+#include "host/pdsedit/TreeReader.h"
+
+#include "host/pdsedit/KidKinds.h"
+
+namespace tgx::host {
+
+std::string NameOf(const Node& node) {
+  const std::string what = node.isRoot ? "structure tree root" : "structure element";
+  QPDFObjectHandle object = node.object;
+  return object.isIndirect() ? what + " " + object.getObjGen().unparse(' ') : what;
+}
+
+NodeId TreeReader::Read(const QPDFObjectHandle& object, bool isRoot) {
+  if (const NodeId known = nodes_.Find(object); known != kNoNode) return known;
+  const NodeId id = nodes_.Add(object);
+  Node& node = nodes_[id];
+  node.isRoot = isRoot;
+  node.parentUnread = !isRoot;
+  node.page = isRoot ? kNoPage : nodes_.PageOf(node.object.getKey("/Pg"));
+  pending_.push_back(id);
+  ReadPending();
+  return id;
+}
+
+void TreeReader::ReadKidsAgain(NodeId id) {
+  Node& node = nodes_[id];
+  while (node.kids.Size() > 0) nodes_.EraseKid(id, node.kids.Size() - 1);
+  if (node.isRoot) nodes_.StraysOf(id).clear();
+  node.arrayForm = false;
+  pending_.push_back(id);
+  ReadPending();
+}
+
+void TreeReader::ReadPending() {
+  while (!pending_.empty()) {
+    const NodeId id = pending_.back();
+    pending_.pop_back();
+    ReadKids(id);
+  }
+}
+
+void TreeReader::ReadKids(NodeId id) {
+  Node& node = nodes_[id];
+  QPDFObjectHandle k = node.object.getKey("/K");
+  if (!k.isArray()) {
+    AddKid(id, k);
+    return;
+  }
+  node.arrayForm = true;
+  if (k.isIndirect()) withIndirectKids_.push_back(id);
+  const int count = k.getArrayNItems();
+  node.kids.Reserve(static_cast<ASUns32>(count));
+  for (int i = 0; i < count; ++i) AddKid(id, k.getArrayItem(i));
+}
+
+void TreeReader::AddKid(NodeId id, QPDFObjectHandle item) {
+  if (item.isNull()) return;
+  Node& node = nodes_[id];
+  const KidKind kind = KindOf(item);
+  if (kind == KidKind::kElement) {
+    const NodeId child = Meet(item, id);
+    nodes_.InsertKid(id, node.kids.Size(), {kind, child, -1, kNoPage});
+  } else if (node.isRoot) {
+    nodes_.StraysOf(id).push_back(std::move(item));
+  } else {
+    nodes_.InsertKid(id, node.kids.Size(), nodes_.MakeKid(kind, std::move(item)));
+  }
+}
+
+/// An element met among the kids of a node. The node becomes its parent when "P" says so, and for lack of a better one.
+NodeId TreeReader::Meet(const QPDFObjectHandle& element, NodeId from) {
+  NodeId id = nodes_.Find(element);
+  const bool isNew = id == kNoNode;
+  if (isNew) {
+    id = nodes_.Add(element);
+    nodes_[id].page = nodes_.PageOf(nodes_[id].object.getKey("/Pg"));
+    pending_.push_back(id);
+  }
+  Node& node = nodes_[id];
+  const bool isOpen = isNew || node.parentUnread || node.parent == kNoNode;
+  if (!isOpen && !node.parentUnsure) return id;
+  const bool isNamed = node.object.getKey("/P").getObjectPtr() == nodes_[from].object.getObjectPtr();
+  if (isNamed || isOpen) node.parent = from;
+  node.parentUnsure = !isNamed;
+  node.parentUnread = false;
+  return id;
+}
+
+}  // namespace tgx::host
