@@ -25,7 +25,7 @@ extern "C" {
 enum {
   TGX_OK = 0,             /* ran, and where the operation gives a verdict, the verdict was success */
   TGX_FAILED = 2,         /* the operation reported failure, or an exception ended it; only then is there an error text */
-  TGX_UNKNOWN_ACTION = 3, /* TGX_Action: the number is outside 0 to 18 */
+  TGX_UNKNOWN_ACTION = 3, /* TGX_Action: the number is outside 0 to 18, or this version has no operation of that number */
   TGX_NO_PATH = 4         /* TGX_Action: the operation takes a path, and its address is null */
 };
 

@@ -1,0 +1,38 @@
+#include "src/api/Dispatch.h"
+
+#include "src/actions/EmptyTag/EmptyTagFix.h"
+
+namespace tgx {
+namespace {
+
+/// A number that is reserved and deliberately does nothing.
+int RunNothing(PDDoc, const char*) { return TGX_OK; }
+
+constexpr ActionRow kActions[] = {
+    {6, RunWorker<EmptyTagFix>},
+    {7, RunWorker<EmptyTagFix, &EmptyTagFix::MarkEmpty>},
+    {18, RunNothing},
+};
+
+constexpr std::span<const FixRow> kFixes = {};
+
+}  // namespace
+
+std::span<const ActionRow> Actions() { return kActions; }
+std::span<const FixRow> Fixes() { return kFixes; }
+
+int RunAction(std::span<const ActionRow> rows, std::int32_t number, PDDoc document, const char* path) {
+  for (const ActionRow& row : rows) {
+    if (row.number == number) return row.run(document, path);
+  }
+  return TGX_UNKNOWN_ACTION;
+}
+
+int RunFixes(std::span<const FixRow> rows, std::uint32_t mask, PDDoc document) {
+  for (const FixRow& row : rows) {
+    if ((mask & row.bit) != 0 && !row.run(document)) return TGX_FAILED;
+  }
+  return TGX_OK;
+}
+
+}  // namespace tgx

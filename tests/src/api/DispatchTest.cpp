@@ -1,0 +1,206 @@
+#include "src/api/Dispatch.h"
+
+#include <limits>
+#include <stdexcept>
+#include <string>
+#include <vector>
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include "src/actions/PDFAction.h"
+#include "src/api/EntryPoint.h"
+#include "tests/support/Hosts.h"
+#include "tests/support/TestDocument.h"
+#include "tests/support/TreeText.h"
+
+namespace tgx {
+namespace {
+
+using test::HardFailure;
+using test::HostSession;
+using test::kSuccess;
+using test::OpenDocument;
+using test::Outcome;
+using test::RecordingHost;
+using test::TestDocument;
+using testing::ElementsAre;
+using testing::IsEmpty;
+
+const auto kDocument = reinterpret_cast<PDDoc>(0x1234);
+
+std::vector<std::string>& Log() {
+  static std::vector<std::string> log;
+  return log;
+}
+
+/// A worker that logs its life and gives the verdict of its class.
+template <bool kVerdict>
+class LoggingWorker : public PDFAction {
+ public:
+  LoggingWorker() { Log() = {"made"}; }
+  ~LoggingWorker() override {
+    CosNewNull();  // seen by a recording host
+    Log().emplace_back("destroyed");
+  }
+  bool Run() override {
+    Log().emplace_back(GetDocument() == kDocument ? "run on the document" : "run on another document");
+    return kVerdict;
+  }
+};
+
+class WorkerWithoutRun : public PDFAction {};
+
+TEST(RunWorker, BuildsSetsRunsAndDestroys) {
+  const HostSession session;
+  EXPECT_EQ(RunWorker<LoggingWorker<true>>(kDocument, ""), TGX_OK);
+  EXPECT_THAT(Log(), ElementsAre("made", "run on the document", "destroyed"));
+}
+
+TEST(RunWorker, FalseIsAFailure) {
+  const HostSession session;
+  EXPECT_EQ(RunWorker<LoggingWorker<false>>(kDocument, ""), TGX_FAILED);
+}
+
+TEST(RunWorker, DestroysBeforeTheFrameIsPopped) {
+  RecordingHost host;
+  const HostSession session(host.Tables());
+  EXPECT_EQ(RunEntryPoint([] { return RunWorker<LoggingWorker<false>>(kDocument, ""); }), TGX_FAILED);
+  EXPECT_STREQ(LastErrorText(), "");
+  EXPECT_THAT(host.Names(), ElementsAre("ASPushExceptionFrame", "CosNewNull", "ASPopExceptionFrame"));
+}
+
+TEST(RunWorker, WorkerWithoutARunFailsAsNotImplemented) {
+  const HostSession session;
+  EXPECT_EQ(RunEntryPoint([] { return RunWorker<WorkerWithoutRun>(kDocument, ""); }), TGX_FAILED);
+  EXPECT_STREQ(LastErrorText(), "not implemented");
+}
+
+TEST(RunAction, HandsDocumentAndPathToTheRowOfTheNumber) {
+  const ActionRow rows[] = {
+      {3, [](PDDoc, const char*) { return 30; }},
+      {5, [](PDDoc document, const char* path) { return document == kDocument && std::string(path) == "x" ? 50 : 0; }},
+  };
+  EXPECT_EQ(RunAction(rows, 5, kDocument, "x"), 50);
+}
+
+TEST(RunAction, NumberWithoutAWorkerIsUnknown) {
+  for (int number = 0; number <= 18; ++number) EXPECT_EQ(RunAction({}, number, kDocument, ""), TGX_UNKNOWN_ACTION);
+}
+
+TEST(Actions, HaveTheNumbersFrom0To18AtMostOnceAndInOrder) {
+  int previous = -1;
+  for (const ActionRow& row : Actions()) {
+    EXPECT_GT(row.number, previous);
+    EXPECT_LE(row.number, 18);
+    previous = row.number;
+  }
+}
+
+/// Fixes that log their bit; 0x4 fails.
+bool FixOne(PDDoc) { return Log().emplace_back("0x1"), true; }
+bool FixTwo(PDDoc) { return Log().emplace_back("0x2"), true; }
+bool FixFour(PDDoc) { return Log().emplace_back("0x4"), false; }
+bool FixSixteen(PDDoc document) { return Log().emplace_back(document == kDocument ? "0x10" : "no document"), true; }
+constexpr FixRow kTestFixes[] = {{0x1, FixOne}, {0x2, FixTwo}, {0x4, FixFour}, {0x10, FixSixteen}};
+
+TEST(RunFixes, StopsAtTheFirstFailureAndKeepsWhatRan) {
+  Log().clear();
+  EXPECT_EQ(RunFixes(kTestFixes, 0x17, kDocument), TGX_FAILED);
+  EXPECT_THAT(Log(), ElementsAre("0x1", "0x2", "0x4"));
+}
+
+TEST(RunFixes, FailureOfAFixLeavesNoText) {
+  const HostSession session;
+  EXPECT_EQ(RunEntryPoint([] { return RunFixes(kTestFixes, 0x7, kDocument); }), TGX_FAILED);
+  EXPECT_STREQ(LastErrorText(), "");
+}
+
+TEST(RunFixes, RunsTheSetBitsInTheOrderOfTheRows) {
+  Log().clear();
+  EXPECT_EQ(RunFixes(kTestFixes, 0x13, kDocument), TGX_OK);
+  EXPECT_THAT(Log(), ElementsAre("0x1", "0x2", "0x10"));
+}
+
+TEST(RunFixes, IgnoresBitsWithoutAFix) {
+  Log().clear();
+  EXPECT_EQ(RunFixes(kTestFixes, 0xFFFFFFE8, kDocument), TGX_OK);
+  EXPECT_THAT(Log(), IsEmpty());
+}
+
+TEST(Fixes, AreServedFromTheLowestBitUpAndNeverAtBit8) {
+  std::uint32_t previous = 0;
+  for (const FixRow& row : Fixes()) {
+    EXPECT_GT(row.bit, previous);
+    EXPECT_LE(row.bit, 0x200U);
+    EXPECT_NE(row.bit, 0x8U);
+    previous = row.bit;
+  }
+}
+
+/// A small tagged document in which there is something to do.
+std::string SmallDocument() {
+  TestDocument doc;
+  doc.Tree({test::Element("P").Text(doc.AddPage(), "text"), test::Element("P")});
+  return doc.Write();
+}
+
+class Exports : public testing::Test {
+ protected:
+  /// Runs a call that must do nothing but push and pop a frame, and gives its outcome.
+  template <typename Call>
+  Outcome RunsNothing(const Call& call) {
+    OpenDocument document(SmallDocument());
+    RecordingHost host;
+    const HostSession session(host.Tables());
+    const Outcome outcome = call(document);
+    EXPECT_THAT(host.Names(), ElementsAre("ASPushExceptionFrame", "ASPopExceptionFrame"));
+    EXPECT_EQ(test::SavedTree(document), "P\n  mcid 0 page 1\nP\n");
+    return outcome;
+  }
+};
+
+TEST_F(Exports, Action18DoesNothingAndSucceeds) {
+  EXPECT_EQ(RunsNothing([](OpenDocument& document) { return document.Action(18); }), kSuccess);
+}
+
+TEST_F(Exports, NumbersOutside0To18AreUnknown) {
+  for (const int number : {19, -1, std::numeric_limits<int>::max(), std::numeric_limits<int>::min()}) {
+    EXPECT_EQ(RunsNothing([number](OpenDocument& document) { return document.Action(number); }),
+              (Outcome{TGX_UNKNOWN_ACTION, ""}))
+        << number;
+  }
+}
+
+TEST_F(Exports, EveryActionWithoutARowIsUnknown) {
+  for (int number = 0; number <= 18; ++number) {
+    bool hasRow = false;
+    for (const ActionRow& row : Actions()) hasRow = hasRow || row.number == number;
+    if (hasRow) continue;
+    EXPECT_EQ(RunsNothing([number](OpenDocument& document) { return document.Action(number); }),
+              (Outcome{TGX_UNKNOWN_ACTION, ""}))
+        << number;
+  }
+}
+
+TEST_F(Exports, EmptyMaskSucceeds) {
+  EXPECT_EQ(RunsNothing([](OpenDocument& document) { return document.Fixups(0); }), kSuccess);
+}
+
+TEST_F(Exports, MaskOfBit8DoesNothingAndSucceeds) {
+  EXPECT_EQ(RunsNothing([](OpenDocument& document) { return document.Fixups(0x8); }), kSuccess);
+}
+
+TEST_F(Exports, UnknownBitsOfAMaskAreIgnored) {
+  EXPECT_EQ(RunsNothing([](OpenDocument& document) { return document.Fixups(0xFFFFFC08); }), kSuccess);
+}
+
+TEST_F(Exports, LastErrorIsEmptyBeforeAnyCallAndNeverNull) {
+  ASSERT_NE(TGX_GetLastError(), nullptr);
+  OpenDocument document(SmallDocument());
+  document.Action(18);
+  EXPECT_STREQ(TGX_GetLastError(), "");
+}
+
+}  // namespace
+}  // namespace tgx
