@@ -1,0 +1,62 @@
+// Every operation meets a host failure at each of its calls. A new worker joins with a line in kOperations.
+
+#include <functional>
+#include <ostream>
+#include <string>
+
+#include <gtest/gtest.h>
+
+#include "tests/support/HostFailureSweep.h"
+#include "tests/support/TestDocument.h"
+
+namespace tgx {
+namespace {
+
+using test::Element;
+using test::OpenDocument;
+using test::Outcome;
+using test::Page;
+using test::SweepHostFailures;
+using test::SweepOptions;
+using test::TestDocument;
+
+struct SweptOperation {
+  const char* name;
+  std::string (*document)();
+  Outcome (*run)(OpenDocument& document);
+  SweepOptions options = {};
+};
+
+void PrintTo(const SweptOperation& operation, std::ostream* out) { *out << operation.name; }
+
+/// Empty elements on top, in the middle and deep down, beside content of every kind.
+std::string WithEmptyTags() {
+  TestDocument doc;
+  Page& page = doc.AddPage();
+  doc.Tree({
+      Element("Document")({
+          Element("H1").Text(page, "Title"),
+          Element("L")({Element("LI")({Element("Lbl"), Element("LBody")})}),
+          Element("Link").Text(page, "here").Object(page.Link("https://example.org/")).Add(Element("Span")),
+      }),
+      Element("P"),
+  });
+  return doc.Write();
+}
+
+const SweptOperation kOperations[] = {
+    {"RemoveEmptyTags", WithEmptyTags, [](OpenDocument& document) { return document.Action(6); }},
+    {"MarkEmptyTags", WithEmptyTags, [](OpenDocument& document) { return document.Action(7); }},
+};
+
+class HostFailureSweep : public testing::TestWithParam<SweptOperation> {};
+
+TEST_P(HostFailureSweep, EveryFailureEndsWithItsTextAndASoundDocument) {
+  SweepHostFailures(GetParam().document(), GetParam().run, GetParam().options);
+}
+
+INSTANTIATE_TEST_SUITE_P(Operations, HostFailureSweep, testing::ValuesIn(kOperations),
+                         [](const auto& swept) { return std::string(swept.param.name); });
+
+}  // namespace
+}  // namespace tgx
