@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cstring>
+#include <exception>
 #include <new>
 #include <string_view>
 
@@ -17,44 +18,77 @@
 namespace tgx::host {
 namespace {
 
-/// The end of qpdf's pipeline. qpdf writes a few bytes at a time; they are gathered here.
-class FileSink : public Pipeline {
+/// The end of qpdf's pipeline. qpdf ends its pipelines in destructors, so nothing may be thrown into them: the first failure
+/// is kept, what comes after it is dropped, and Check throws it once qpdf is done.
+class Sink : public Pipeline {
  public:
-  explicit FileSink(AtomicFile& file) : Pipeline("file", nullptr), file_(file) { gathered_.reserve(kCapacity); }
+  explicit Sink(const char* name) : Pipeline(name, nullptr) {}
 
-  void write(unsigned char const* data, std::size_t length) override {
-    if (gathered_.size() + length > kCapacity) Flush();
-    const std::string_view bytes(reinterpret_cast<const char*>(data), length);
-    if (length > kCapacity) {
+  void write(unsigned char const* data, std::size_t length) final {
+    Keep([&] { Take({reinterpret_cast<const char*>(data), length}); });
+  }
+  void finish() final {
+    Keep([&] { Flush(); });
+  }
+  void Check() const {
+    if (failure_) std::rethrow_exception(failure_);
+  }
+
+ protected:
+  virtual void Take(std::string_view bytes) = 0;
+  virtual void Flush() = 0;
+
+ private:
+  template <typename Work>
+  void Keep(Work&& work) noexcept {
+    if (failure_) return;
+    try {
+      work();
+    } catch (...) {
+      failure_ = std::current_exception();
+    }
+  }
+
+  std::exception_ptr failure_;
+};
+
+/// qpdf writes a few bytes at a time; they are gathered here.
+class FileSink : public Sink {
+ public:
+  explicit FileSink(AtomicFile& file) : Sink("file"), file_(file) { gathered_.reserve(kCapacity); }
+
+ protected:
+  void Take(std::string_view bytes) override {
+    if (gathered_.size() + bytes.size() > kCapacity) Flush();
+    if (bytes.size() > kCapacity) {
       file_.Write(bytes);
     } else {
       gathered_ += bytes;
     }
   }
-  void finish() override { Flush(); }
-
- private:
-  static constexpr std::size_t kCapacity = 1 << 17;
-
-  void Flush() {
+  void Flush() override {
     file_.Write(gathered_);
     gathered_.clear();
   }
+
+ private:
+  static constexpr std::size_t kCapacity = 1 << 17;
 
   AtomicFile& file_;
   std::string gathered_;
 };
 
-class MemorySink : public Pipeline {
+class MemorySink : public Sink {
  public:
-  explicit MemorySink(MallocBytes& bytes) : Pipeline("memory", nullptr), bytes_(bytes) {}
+  explicit MemorySink(MallocBytes& bytes) : Sink("memory"), bytes_(bytes) {}
 
-  void write(unsigned char const* data, std::size_t length) override {
-    if (capacity_ - bytes_.size < length) Grow(length);
-    if (length > 0) std::memcpy(bytes_.data.get() + bytes_.size, data, length);
-    bytes_.size += length;
+ protected:
+  void Take(std::string_view bytes) override {
+    if (capacity_ - bytes_.size < bytes.size()) Grow(bytes.size());
+    if (!bytes.empty()) std::memcpy(bytes_.data.get() + bytes_.size, bytes.data(), bytes.size());
+    bytes_.size += bytes.size();
   }
-  void finish() override {}
+  void Flush() override {}
 
  private:
   void Grow(std::size_t length) {
@@ -84,7 +118,7 @@ void CheckOptions(Document& document, const SaveOptions& options) {
   }
 }
 
-void Write(Document& document, const SaveOptions& options, Pipeline& sink) {
+void Write(Document& document, const SaveOptions& options, Sink& sink) {
   QPDFWriter writer(document.Pdf());
   writer.setOutputPipeline(&sink);
   writer.setStreamDataMode(qpdf_s_preserve);
@@ -93,6 +127,7 @@ void Write(Document& document, const SaveOptions& options, Pipeline& sink) {
   writer.setLinearization(options.linearize);
   writer.setDeterministicID(options.deterministic);
   writer.write();
+  sink.Check();
 }
 
 }  // namespace
