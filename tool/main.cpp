@@ -1,1 +1,47 @@
-int main() { return 0; }
+#include <fcntl.h>
+
+#include <csignal>
+#include <new>
+
+#include "tool/CommandLine.h"
+#include "tool/HostCalls.h"
+#include "tool/Messages.h"
+
+/// Where the forwarders take the tables from.
+const HostTables* GetHostTables() { return TGXHost_Tables(); }
+
+namespace {
+
+/// Puts something in the place of standard streams that the caller closed: a file opened later must not get their numbers
+/// and be taken for them. What stands in for standard output fails every write.
+void HoldStandardStreams() {
+  for (int stream = 0; stream <= 2; ++stream) {
+    if (fcntl(stream, F_GETFD) == -1 && open("/dev/null", O_RDONLY) != stream) std::abort();
+  }
+}
+
+int Run(int argc, char** argv) {
+  try {
+    const int status = tgx::tool::RunCommandLine(argc, argv);
+    tgx::tool::FinishOutput();
+    return status;
+  } catch (const tgx::tool::Failure& failure) {
+    tgx::tool::Warn(failure.what());
+    return failure.Status();
+  } catch (const std::bad_alloc&) {
+    tgx::tool::Warn("not enough memory");
+  } catch (const std::exception& error) {
+    tgx::tool::Warn(error.what());
+  }
+  return tgx::tool::kUsageOrFileError;
+}
+
+}  // namespace
+
+int main(int argc, char** argv) {
+  HoldStandardStreams();
+  // Failed writes are told by a message and the exit status: a reader that went away, a file-size limit.
+  std::signal(SIGPIPE, SIG_IGN);
+  std::signal(SIGXFSZ, SIG_IGN);
+  return Run(argc, argv);
+}

@@ -1,0 +1,176 @@
+#include "tool/Steps.h"
+
+#include <tgx/embedded_host.h>
+#include <tgx/tgx.h>
+
+#include <algorithm>
+#include <cstring>
+#include <map>
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include "tool/Messages.h"
+
+namespace tgx::tool {
+namespace {
+
+using testing::HasSubstr;
+
+std::string ParseFailure(const std::string& text) {
+  try {
+    ParseStep(text);
+  } catch (const Failure& failure) {
+    EXPECT_EQ(failure.Status(), 1);
+    return failure.what();
+  }
+  return "no failure";
+}
+
+TEST(Steps, PublishedNumbersAndNamesNeverChange) {
+  const std::map<std::uint32_t, std::string> actions = {{0, "reshuffle-frames-by-holder"},
+                                                        {1, "link-contents"},
+                                                        {2, "style-names"},
+                                                        {3, "cut-text"},
+                                                        {4, "sync-forms"},
+                                                        {5, "toc"},
+                                                        {6, "remove-empty-tags"},
+                                                        {7, "mark-empty-tags"},
+                                                        {8, "user-alt-text"},
+                                                        {9, "layout-tables"},
+                                                        {10, "footnote-links"},
+                                                        {11, "remove-frame-markers"},
+                                                        {12, "table-metadata"},
+                                                        {13, "remove-dummy-images"},
+                                                        {14, "reshuffle-frames"},
+                                                        {15, "end-notes"},
+                                                        {16, "group-tags"},
+                                                        {17, "mathml"},
+                                                        {18, "reserved"}};
+  const std::map<std::uint32_t, std::string> fixes = {
+      {0x1, "double-bullets"}, {0x2, "extra-paragraphs"},   {0x4, "main-language"},
+      {0x10, "language-tags"}, {0x20, "language-brackets"}, {0x40, "table-headers-footers"},
+      {0x80, "table-layout"},  {0x100, "button-widgets"},   {0x200, "role-map"}};
+  std::map<std::uint32_t, std::string> actionsOfTable, fixesOfTable;
+  for (const Step& step : Steps()) {
+    (step.kind == StepKind::kAction ? actionsOfTable : fixesOfTable).emplace(step.number, step.name);
+  }
+  EXPECT_EQ(actionsOfTable, actions);
+  EXPECT_EQ(fixesOfTable, fixes);
+}
+
+TEST(Steps, HaveOneRowEachAndAHelpOfOneLine) {
+  EXPECT_EQ(Steps().size(), 28U);
+  for (const Step& step : Steps()) {
+    EXPECT_FALSE(step.help.empty()) << step.name;
+    EXPECT_EQ(step.help.find('\n'), std::string_view::npos) << step.name;
+  }
+}
+
+TEST(Steps, OnlyActionsTwoFourFiveAndNineTakeAFile) {
+  std::vector<std::uint32_t> numbers;
+  for (const Step& step : Steps()) {
+    if (!step.argument.empty()) numbers.push_back(step.number);
+  }
+  EXPECT_THAT(numbers, testing::ElementsAre(2, 4, 5, 9));
+}
+
+/// Runs a step of the library on no document: what has a worker fails, what has none succeeds.
+int RunOnNothing(const Step& step) {
+  const TGXInitParams init = {nullptr, &TGXHost_Tables};
+  TGX_init(&init);
+  const std::map<std::uint32_t, std::string> files = {{2, "annual-report.styles.xml"},
+                                                      {4, "annual-report-filled-form.pdf"},
+                                                      {5, "annual-report.toc.xml"},
+                                                      {9, "annual-report.tables.tsv"}};
+  int result = 0;
+  if (step.kind == StepKind::kFix) {
+    const TGXFixupParams params = {0, step.number};
+    result = TGX_Fixups(nullptr, &params);
+  } else {
+    alignas(TGXActionParams) char record[4096] = {};
+    const auto number = static_cast<std::int32_t>(step.number);
+    std::memcpy(record + offsetof(TGXActionParams, action), &number, sizeof number);
+    if (files.contains(step.number)) {
+      const std::string path = std::string(TGX_SOURCE_DIR "/examples/") + files.at(step.number);
+      std::memcpy(record + offsetof(TGXActionParams, path), path.c_str(), std::min(path.size() + 1, std::size_t{4000}));
+    }
+    result = TGX_Action(nullptr, reinterpret_cast<const TGXActionParams*>(record));
+  }
+  TGXHost_CutFrames(0);
+  return result;
+}
+
+TEST(Steps, AreBuiltExactlyWhereTheLibraryHasAWorker) {
+  for (const Step& step : Steps()) {
+    if (step.name == "reserved") continue;  // has no worker, and is there all the same
+    EXPECT_EQ(RunOnNothing(step) != 0, step.built) << step.name << ": set the last column of its row in tool/Steps.cpp";
+  }
+}
+
+TEST(ParseStep, TakesActionsByNumberAndByName) {
+  for (const char* text : {"action=18", "reserved"}) {
+    const StepCall call = ParseStep(text);
+    EXPECT_EQ(call.kind, StepKind::kAction);
+    EXPECT_EQ(call.number, 18U);
+    EXPECT_EQ(call.name, "reserved");
+    EXPECT_EQ(call.path, "");
+  }
+}
+
+TEST(ParseStep, TakesMasksInDecimalAndHex) {
+  EXPECT_EQ(ParseStep("fixups=8").number, 8U);
+  EXPECT_EQ(ParseStep("fixups=0x8").number, 8U);
+  EXPECT_EQ(ParseStep("fixups=0XfFfFf400").number, 0xFFFFF400U);
+  EXPECT_EQ(ParseStep("fixups=0").number, 0U);
+  EXPECT_EQ(ParseStep("fixups=0x8").kind, StepKind::kFix);
+}
+
+TEST(ParseStep, LetsUnknownActionNumbersThroughToTheLibrary) {
+  EXPECT_EQ(ParseStep("action=19").number, 19U);
+  EXPECT_EQ(static_cast<std::int32_t>(ParseStep("action=-1").number), -1);
+}
+
+TEST(ParseStep, NamesTheStepThatItDoesNotKnow) {
+  EXPECT_EQ(ParseFailure("remove-tags"), "step remove-tags: there is no such step; tgx actions lists them");
+}
+
+TEST(ParseStep, RefusesWhatIsNoNumber) {
+  EXPECT_EQ(ParseFailure("action="), "step action=: \"\" is no number of an action");
+  EXPECT_EQ(ParseFailure("action=6x"), "step action=6x: \"6x\" is no number of an action");
+  EXPECT_EQ(ParseFailure("action=99999999999"), "step action=99999999999: \"99999999999\" is no number of an action");
+  EXPECT_EQ(ParseFailure("fixups=0x"), "step fixups=0x: \"0x\" is no mask of fixes");
+  EXPECT_EQ(ParseFailure("fixups=-1"), "step fixups=-1: \"-1\" is no mask of fixes");
+  EXPECT_EQ(ParseFailure("fixups=4294967296"), "step fixups=4294967296: \"4294967296\" is no mask of fixes");
+}
+
+TEST(ParseStep, RefusesAFileForAStepThatTakesNone) {
+  EXPECT_EQ(ParseFailure("reserved:x"), "step reserved:x: reserved takes no file");
+  EXPECT_EQ(ParseFailure("action=18:x"), "step action=18:x: reserved takes no file");
+  EXPECT_EQ(ParseFailure("fixups=8:x"), "step fixups=8:x: fixes take no file");
+}
+
+TEST(ParseStep, RefusesStepsThatThisBuildDoesNotHave) {
+  for (const Step& step : Steps()) {
+    if (step.built) continue;
+    EXPECT_EQ(ParseFailure(std::string(step.name)), "step " + std::string(step.name) + ": this build does not have it yet");
+    if (step.kind == StepKind::kFix) {
+      EXPECT_THAT(ParseFailure("fixups=" + std::to_string(step.number)), HasSubstr(std::string(step.name)));
+    }
+  }
+}
+
+TEST(ParseStep, WantsAFileWhereTheStepTakesOne) {
+  for (const Step& step : Steps()) {
+    if (!step.built || step.argument.empty()) continue;
+    const std::string name(step.name);
+    EXPECT_EQ(ParseFailure(name), "step " + name + ": needs a file, as in " + name + ":" + std::string(step.argument));
+    EXPECT_EQ(ParseFailure(name + ":"),
+              "step " + name + ":: needs a file, as in " + name + ":" + std::string(step.argument));
+    EXPECT_EQ(ParseStep(name + ":a:b").path, "a:b");
+    EXPECT_EQ(ParseStep("action=" + std::to_string(step.number) + ":a:b").path, "a:b");
+  }
+}
+
+}  // namespace
+}  // namespace tgx::tool

@@ -1,0 +1,132 @@
+#include "tool/CommandLine.h"
+
+#include <algorithm>
+#include <string>
+
+#include <CLI/CLI.hpp>
+
+#include "tool/ActionsCommand.h"
+#include "tool/Files.h"
+#include "tool/Messages.h"
+#include "tool/RunCommand.h"
+#include "tool/TreeCommand.h"
+
+namespace tgx::tool {
+namespace {
+
+constexpr const char* kExitStatus =
+    "Exit status:\n"
+    "  0        all went well\n"
+    "  1        wrong use, or a file that cannot be read, opened or written\n"
+    "  2, 3, 4  the result code of the step that failed:\n"
+    "           2 the step failed, 3 there is no such action, 4 the action got no file\n";
+
+constexpr const char* kStepForms =
+    "A STEP is one of\n"
+    "  NAME or NAME:FILE          an action or a fix by its name\n"
+    "  action=N or action=N:FILE  an action by its number\n"
+    "  fixups=MASK                fixes by their bits, decimal or 0x...\n\n";
+
+struct PasswordOptions {
+  std::string text;
+  std::string file;
+  CLI::Option* textGiven = nullptr;
+
+  void AddTo(CLI::App& command) {
+    textGiven = command.add_option("--password", text, "password of INPUT")->type_name("TEXT");
+    command.add_option("--password-file", file, "file with the password in its first line")
+        ->type_name("FILE")
+        ->excludes(textGiven);
+  }
+  std::optional<std::string> Get() const {
+    if (textGiven->count() > 0) return text;
+    if (!file.empty()) return ReadFirstLine(file);
+    return std::nullopt;
+  }
+};
+
+CLI::App& AddRun(CLI::App& app, RunOptions& options, PasswordOptions& password) {
+  CLI::App& command = *app.add_subcommand("run", "Run steps on a document, in the order given, and save the result");
+  command.add_option("INPUT", options.input, "the document")->required()->type_name("");
+  command.add_option("-o,--output", options.output, "where the result goes")->required()->type_name("OUTPUT");
+  command.add_option("STEP", options.steps, "what to do")->required()->type_name("");
+  command.add_flag("--keep-going", options.keepGoing, "go on after a step that failed, and save");
+  password.AddTo(command);
+  command.add_flag("--json", options.json, "report as JSON");
+  command.add_flag("--quiet", options.quiet, "no report, no progress");
+  command.add_flag("--linearize", options.save.linearize, "lay the file out for reading over a network");
+  command.add_flag("--deterministic", options.save.deterministic, "same input, same bytes; not for encrypted output");
+  command.add_flag("--decrypt", options.save.decrypt, "write without the encryption of INPUT, which is kept otherwise");
+  command.add_flag("--force", options.force, "replace OUTPUT if it exists, also if it is INPUT");
+  command.footer("\n" + std::string(kStepForms) + StepList() + "\n" + kExitStatus);
+  return command;
+}
+
+CLI::App& AddTree(CLI::App& app, TreeOptions& options, PasswordOptions& password) {
+  CLI::App& command = *app.add_subcommand("tree", "Print the structure tree of a document");
+  command.add_option("INPUT", options.input, "the document")->required()->type_name("");
+  command.add_flag("--json", options.json, "as JSON, not as an outline");
+  command.add_flag("--quiet", options.quiet, "no warnings");
+  password.AddTo(command);
+  command.footer(std::string("\n") + kExitStatus);
+  return command;
+}
+
+/// The commands and what the command line sets in them.
+struct CommandLine {
+  CLI::App app{"tgx repairs tagged PDF documents.", "tgx"};
+  RunOptions runOptions;
+  TreeOptions treeOptions;
+  PasswordOptions runPassword, treePassword;
+  CLI::App& run = AddRun(app, runOptions, runPassword);
+  CLI::App& tree = AddTree(app, treeOptions, treePassword);
+  CLI::App& actions = *app.add_subcommand("actions", "List the actions and fixes: numbers, names, what each takes");
+
+  CommandLine() {
+    app.set_version_flag("--version", std::string("tgx ") + TGX_VERSION);
+    app.require_subcommand(1);
+    app.footer(std::string("\ntgx COMMAND --help tells more of a command.\n\n") + kExitStatus);
+  }
+
+  int Run() {
+    if (run.parsed()) {
+      runOptions.password = runPassword.Get();
+      return RunRunCommand(runOptions);
+    }
+    if (tree.parsed()) {
+      treeOptions.password = treePassword.Get();
+      return RunTreeCommand(treeOptions);
+    }
+    Print(StepList());
+    return 0;
+  }
+};
+
+/// The parser takes an argument in brackets for a list of steps; a step must stand as it was given.
+void RequireVerbatim(const std::vector<std::string>& steps, int argc, char** argv) {
+  for (const std::string& step : steps) {
+    if (std::find(argv, argv + argc, step) == argv + argc)
+      throw Failure("step " + step + ": steps stand one by one, not in brackets");
+  }
+}
+
+}  // namespace
+
+int RunCommandLine(int argc, char** argv) {
+  CommandLine line;
+  try {
+    line.app.parse(argc, argv);
+  } catch (const CLI::CallForHelp&) {
+    Print(line.app.help());
+    return 0;
+  } catch (const CLI::CallForVersion& version) {
+    Print(std::string(version.what()) + "\n");
+    return 0;
+  } catch (const CLI::ParseError& error) {
+    throw Failure(std::string(error.what()) + "; see tgx --help");
+  }
+  RequireVerbatim(line.runOptions.steps, argc, argv);
+  return line.Run();
+}
+
+}  // namespace tgx::tool

@@ -1,0 +1,85 @@
+#include "tool/Document.h"
+
+#include <algorithm>
+#include <cstring>
+#include <memory>
+#include <utility>
+#include <vector>
+
+#include <tgx/tgx.h>
+
+#include "tool/Files.h"
+#include "tool/Messages.h"
+
+namespace tgx::tool {
+namespace {
+
+/// What the host says of a file: its text, without the name of the file in front when the host put it there.
+std::string HostReason(const std::string& path) {
+  std::string text = TGXHost_LastError();
+  if (text.starts_with(path + ": ")) text.erase(0, path.size() + 2);
+  return text.empty() ? "failed without a reason" : text;
+}
+
+std::string OpenFailure(const std::string& path, bool passwordGiven) {
+  if (TGXHost_LastErrorCode() != kASBadPassword) return HostReason(path);
+  return passwordGiven ? "the password is wrong" : "needs a password; see --password and --password-file";
+}
+
+/// An action's record, with its path stored behind the fixed part.
+class ActionRecord {
+ public:
+  ActionRecord(std::int32_t action, const std::string& path)
+      : memory_(std::max(sizeof(TGXActionParams), offsetof(TGXActionParams, path) + path.size() + 1)) {
+    std::memcpy(memory_.data() + offsetof(TGXActionParams, action), &action, sizeof action);
+    std::memcpy(memory_.data() + offsetof(TGXActionParams, path), path.c_str(), path.size() + 1);
+  }
+  const TGXActionParams* Params() const { return reinterpret_cast<const TGXActionParams*>(memory_.data()); }
+
+ private:
+  std::vector<char> memory_;  // zero, and aligned for every type
+};
+
+int Apply(PDDoc document, const StepCall& step) {
+  if (step.kind == StepKind::kAction) {
+    return TGX_Action(document, ActionRecord(static_cast<std::int32_t>(step.number), step.path).Params());
+  }
+  const TGXFixupParams params = {0, step.number};
+  return TGX_Fixups(document, &params);
+}
+
+}  // namespace
+
+Document::Document(std::string path, const std::optional<std::string>& password) : path_(std::move(path)), handle_(nullptr) {
+  RequireReadable(path_);
+  const TGXInitParams init = {nullptr, &TGXHost_Tables};
+  TGX_init(&init);
+  TGXHostOpenOptions options = {};
+  options.size = sizeof options;
+  options.password = password ? password->c_str() : nullptr;
+  handle_ = TGXHost_OpenFile(path_.c_str(), &options);
+  if (handle_ == nullptr) throw Failure(path_, OpenFailure(path_, password.has_value()));
+}
+
+Document::~Document() { TGXHost_Close(handle_); }
+
+StepResult Document::Run(const StepCall& step) {
+  const std::size_t frames = TGXHost_FrameDepth();
+  const int code = Apply(handle_, step);
+  StepResult result = {code, TGX_GetLastError()};
+  TGXHost_CutFrames(frames);
+  TGXHost_DropUnchangedContent(handle_);
+  if (code == TGX_UNKNOWN_ACTION && result.error.empty()) result.error = "there is no such action";
+  return result;
+}
+
+void Document::Save(const std::string& path, const SaveChoices& choices) {
+  TGXHostSaveOptions options = {};
+  options.size = sizeof options;
+  options.linearize = choices.linearize ? 1 : 0;
+  options.deterministic = choices.deterministic ? 1 : 0;
+  options.decrypt = choices.decrypt ? 1 : 0;
+  if (TGXHost_SaveFile(handle_, path.c_str(), &options) != 0) throw Failure(path, HostReason(path));
+}
+
+}  // namespace tgx::tool

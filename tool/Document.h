@@ -1,0 +1,46 @@
+#pragma once
+
+#include <optional>
+#include <string>
+
+#include <tgx/embedded_host.h>
+
+#include "tool/Steps.h"
+
+namespace tgx::tool {
+
+struct SaveChoices {
+  bool linearize = false;
+  bool deterministic = false;
+  bool decrypt = false;
+};
+
+/// What became of a step: a result code of tgx.h, and the library's text where there is one.
+struct StepResult {
+  int code;
+  std::string error;
+};
+
+/// A file opened by the embedded host, worked on by the library, closed at the end of its scope.
+class Document {
+ public:
+  /// Throws Failure.
+  Document(std::string path, const std::optional<std::string>& password);
+  ~Document();
+  Document(const Document&) = delete;
+  Document& operator=(const Document&) = delete;
+
+  const std::string& Path() const { return path_; }
+  PDDoc Handle() const { return handle_; }
+
+  StepResult Run(const StepCall& step);
+
+  /// Throws Failure; the target is then as it was.
+  void Save(const std::string& path, const SaveChoices& choices);
+
+ private:
+  std::string path_;
+  PDDoc handle_;
+};
+
+}  // namespace tgx::tool

@@ -1,0 +1,74 @@
+#include "tool/Files.h"
+
+#include <fcntl.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <cerrno>
+#include <fstream>
+
+#include "tool/Messages.h"
+
+namespace tgx::tool {
+namespace {
+
+std::string FolderOf(const std::string& path) {
+  const std::size_t slash = path.find_last_of('/');
+  if (slash == std::string::npos) return ".";
+  return slash == 0 ? "/" : path.substr(0, slash);
+}
+
+void RequireRegular(const std::string& path, const struct stat& status) {
+  if (S_ISDIR(status.st_mode)) throw Failure(path, "is a folder");
+  if (!S_ISREG(status.st_mode)) throw Failure(path, "is not a regular file");
+}
+
+void RequireFolderOf(const std::string& path) {
+  const std::string folder = FolderOf(path);
+  struct stat status = {};
+  if (stat(folder.c_str(), &status) != 0) {
+    throw Failure(path, errno == ENOENT ? "there is no folder " + folder : folder + ": " + Reason(errno));
+  }
+  if (!S_ISDIR(status.st_mode)) throw Failure(path, folder + " is not a folder");
+}
+
+}  // namespace
+
+void RequireReadable(const std::string& path) {
+  struct stat status = {};
+  if (stat(path.c_str(), &status) != 0) throw Failure(path, errno == ENOENT ? "no such file" : Reason(errno));
+  RequireRegular(path, status);
+  const int file = open(path.c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK);
+  if (file < 0) throw Failure(path, Reason(errno));
+  close(file);
+  if (status.st_size == 0) throw Failure(path, "the file is empty");
+}
+
+void RequireWritable(const std::string& input, const std::string& output, bool force) {
+  if (output.empty() || output.back() == '/') throw Failure(output, "is not the name of a file");
+  struct stat target = {};
+  if (lstat(output.c_str(), &target) != 0) {
+    if (errno != ENOENT && errno != ENOTDIR) throw Failure(output, Reason(errno));
+    return RequireFolderOf(output);
+  }
+  const bool leadsToFile = stat(output.c_str(), &target) == 0;
+  if (leadsToFile) RequireRegular(output, target);
+  if (force) return;
+  struct stat source = {};
+  const bool same =
+      leadsToFile && stat(input.c_str(), &source) == 0 && source.st_dev == target.st_dev && source.st_ino == target.st_ino;
+  throw Failure(output, same ? "is the input; --force replaces it" : "exists already; --force replaces it");
+}
+
+std::string ReadFirstLine(const std::string& path) {
+  std::ifstream file(path, std::ios::binary);
+  if (!file) throw Failure(path, errno == ENOENT ? "no such file" : Reason(errno));
+  std::string line;
+  errno = 0;
+  std::getline(file, line);
+  if (file.bad() || errno != 0) throw Failure(path, Reason(errno));
+  if (!line.empty() && line.back() == '\r') line.pop_back();
+  return line;
+}
+
+}  // namespace tgx::tool

@@ -1,0 +1,17 @@
+#pragma once
+
+#include <string>
+
+namespace tgx::tool {
+
+/// Throws Failure unless `path` is a regular file, not empty, that can be opened for reading.
+void RequireReadable(const std::string& path);
+
+/// Throws Failure unless OUTPUT can be put in its place: a regular file only with `force`, INPUT itself (under any name)
+/// too, and in a folder that can be written.
+void RequireWritable(const std::string& input, const std::string& output, bool force);
+
+/// The first line of a file, without its end. Throws Failure.
+std::string ReadFirstLine(const std::string& path);
+
+}  // namespace tgx::tool

@@ -1,0 +1,40 @@
+#pragma once
+
+#include <stdexcept>
+#include <string>
+#include <string_view>
+
+namespace tgx::tool {
+
+/// Exit status of everything that no step is to blame for: wrong use, files that cannot be read or written.
+constexpr int kUsageOrFileError = 1;
+
+/// Ends the run with a message of one line, which names the file where there is one.
+class Failure : public std::runtime_error {
+ public:
+  explicit Failure(const std::string& message, int status = kUsageOrFileError)
+      : std::runtime_error(message), status_(status) {}
+  /// "FILE: reason"
+  Failure(std::string_view file, std::string_view reason);
+  int Status() const noexcept { return status_; }
+
+ private:
+  int status_;
+};
+
+/// The text on one line and without anything that a terminal would act on: control characters become \n, \t or \xNN.
+std::string OneLine(std::string_view text);
+
+/// The message of an errno value as a reason: "permission denied".
+std::string Reason(int error);
+
+/// Writes "tgx: message" to standard error.
+void Warn(std::string_view message);
+
+/// Writes to standard output. What goes wrong there is told by FinishOutput.
+void Print(std::string_view text);
+
+/// Flushes standard output; throws Failure if anything printed did not get there.
+void FinishOutput();
+
+}  // namespace tgx::tool

@@ -1,0 +1,20 @@
+#pragma once
+
+#include <string>
+#include <string_view>
+
+namespace tgx::tool {
+
+/// A PDF text string as UTF-8: UTF-16 with a mark of either byte order, UTF-8 with a mark, else PDFDocEncoding. What maps to
+/// nothing becomes U+FFFD.
+std::string DecodeTextString(std::string_view bytes);
+
+/// A PDF name as UTF-8: kept where it is UTF-8 already, else read as PDFDocEncoding.
+std::string DecodeName(std::string_view bytes);
+
+bool IsUtf8(std::string_view bytes);
+
+/// `text` with what a terminal would act on escaped, cut to `limit` characters with an ellipsis.
+std::string ForTerminal(std::string_view utf8, std::size_t limit);
+
+}  // namespace tgx::tool
