@@ -14,7 +14,7 @@ const HostTables* currentTables = nullptr;
 const HostTables* CurrentTables() { return currentTables != nullptr ? currentTables : EmbeddedTables(); }
 
 void Bind() {
-  const TGXInitParams init = {nullptr, CurrentTables};
+  const TGXInitParams init = {kTestExtension, CurrentTables};
   TGX_init(&init);
 }
 

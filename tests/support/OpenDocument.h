@@ -12,6 +12,9 @@ namespace tgx::test {
 /// The embedded host's tables.
 const HostTables* EmbeddedTables();
 
+/// The client's identity that sessions initialise the library with.
+inline const auto kTestExtension = reinterpret_cast<ASExtension>(0x7E57);
+
 /// What an exported function gave: its result, and the last-error text after it.
 struct Outcome {
   int result = TGX_OK;

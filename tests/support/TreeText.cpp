@@ -2,7 +2,6 @@
 
 #include <cstdio>
 #include <map>
-#include <set>
 
 #include <qpdf/Pl_Buffer.hh>
 #include <qpdf/QPDFObjectHandle.hh>
@@ -43,6 +42,23 @@ std::string TextOf(QPDFObjectHandle string) {
   return (utf16 ? "u\"" : "\"") + Escaped(string.getUTF8Value()) + "\"";
 }
 
+constexpr int kDeepestValue = 20;
+
+/// An object with what it refers to in place of the references, so that renumbering does not show.
+std::string ValueText(QPDFObjectHandle value, int depth = 0) {
+  if (depth > kDeepestValue) return "...";
+  std::string text;
+  if (value.isArray()) {
+    for (const QPDFObjectHandle& item : value.getArrayAsVector()) text += " " + ValueText(item, depth + 1);
+    return "[" + text + " ]";
+  }
+  if (value.isDictionary()) {
+    for (const auto& [key, item] : value.getDictAsMap()) text += " " + key + " " + ValueText(item, depth + 1);
+    return "<<" + text + " >>";
+  }
+  return value.isStream() ? "stream" : value.unparseResolved();
+}
+
 class TreePrinter {
  public:
   explicit TreePrinter(QPDF& pdf) {
@@ -59,7 +75,9 @@ class TreePrinter {
   void PrintKids(QPDFObjectHandle parent, const QPDFObjectHandle& page, int depth) {
     QPDFObjectHandle kids = parent.getKey("/K");
     if (kids.isArray()) {
-      for (int i = 0; i < kids.getArrayNItems(); ++i) PrintKid(kids.getArrayItem(i), page, depth);
+      for (QPDFObjectHandle& kid : kids.getArrayAsVector()) {
+        if (!kid.isNull()) PrintKid(kid, page, depth);
+      }
     } else if (!kids.isNull()) {
       PrintKid(kids, page, depth);
     }
@@ -96,7 +114,7 @@ class TreePrinter {
       if (value.isString()) line += label + TextOf(value);
     }
     QPDFObjectHandle attributes = element.getKey("/A");
-    if (!attributes.isNull()) line += " attributes=" + attributes.unparseResolved();
+    if (!attributes.isNull()) line += " attributes=" + ValueText(attributes);
     Line(depth, line);
     PrintKids(element, page, depth + 1);
   }

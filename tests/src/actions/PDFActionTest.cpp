@@ -14,13 +14,14 @@ namespace {
 
 using test::CountingHost;
 using test::Element;
+using test::HookedHost;
+using test::HostCall;
 using test::HostSession;
 using test::OpenDocument;
 using test::Operation;
 using test::RecordingHost;
 using test::TestDocument;
 using testing::ElementsAre;
-using testing::HasSubstr;
 using testing::IsEmpty;
 
 /// Opens the protected operations to the tests.
@@ -160,6 +161,22 @@ TEST(PDFAction, CommitWritesBackAndReleasesAndKeepsTheList) {
                                         "PDPageRelease", "PDPageSetPDEContent", "PDPageReleasePDEContent",
                                         "PDPageNotifyContentsDidChange", "PDPageRelease"));
   EXPECT_EQ(action.Pages().size(), 2U);
+}
+
+TEST(PDFAction, CommitHandsTheClientsIdentityOn) {
+  OpenDocument document(TwoPages());
+  int asked = 0;
+  HookedHost host(HostWithoutContent(), [&asked](const HostCall& call) {
+    if (!call.Is(Operation::PDPageSetPDEContent) && !call.Is(Operation::PDPageReleasePDEContent)) return;
+    EXPECT_EQ(call.values[1], reinterpret_cast<std::uint64_t>(test::kTestExtension));
+    ++asked;
+  });
+  const HostSession session(host.Tables());
+  Action action;
+  action.SetDocument(document.Handle());
+  action.AcquirePages();
+  action.CommitPages();
+  EXPECT_EQ(asked, 4);
 }
 
 TEST(PDFAction, DestructorCallsNoHost) {
