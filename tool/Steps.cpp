@@ -30,7 +30,7 @@ constexpr Step kSteps[] = {
     {kAction, 12, "table-metadata", "", "give tables their header cells, from the descriptions left in the document", false},
     {kAction, 13, "remove-dummy-images", "", "remove images of 1 by 1 sample from the pages", false},
     {kAction, 14, "reshuffle-frames", "", "place anchored frames at their anchors", false},
-    {kAction, 15, "end-notes", "", "map the type Endnote to Note", false},
+    {kAction, 15, "end-notes", "", "map the type Endnote to Note", true},
     {kAction, 16, "group-tags", "", "build captions, indexes and block quotes from paragraphs tagged as their parts", false},
     {kAction, 17, "mathml", "", "attach to formulas their MathML", false},
     {kAction, 18, "reserved", "", "does nothing", true},

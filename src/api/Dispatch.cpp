@@ -1,6 +1,7 @@
 #include "src/api/Dispatch.h"
 
 #include "src/actions/EmptyTag/EmptyTagFix.h"
+#include "src/actions/FixEndNote/FixEndNoteAction.h"
 
 namespace tgx {
 namespace {
@@ -11,6 +12,7 @@ int RunNothing(PDDoc, const char*) { return TGX_OK; }
 constexpr ActionRow kActions[] = {
     {6, RunWorker<EmptyTagFix>},
     {7, RunWorker<EmptyTagFix, &EmptyTagFix::MarkEmpty>},
+    {15, RunWorker<FixEndNoteAction>},
     {18, RunNothing},
 };
 
