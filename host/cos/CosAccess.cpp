@@ -69,12 +69,6 @@ void CheckNesting(const QPDFObjectHandle& container, const QPDFObjectHandle& val
 
 }  // namespace
 
-std::string Describe(const QPDFObjectHandle& object) {
-  QPDFObjectHandle place = object;
-  if (!place.isInitialized() || !place.isIndirect()) return "a direct object";
-  return "object " + std::to_string(place.getObjectID()) + " " + std::to_string(place.getGeneration());
-}
-
 ASInt32 CosTypeOf(QPDFObjectHandle& object) {
   switch (object.getTypeCode()) {
     case ::ot_boolean:
@@ -98,14 +92,15 @@ ASInt32 CosTypeOf(QPDFObjectHandle& object) {
   }
 }
 
-void ThrowWrongType(QPDFObjectHandle& object, const char* wanted) {
-  throw HostError(kASWrongType, Describe(object) + " is " + TypeName(CosTypeOf(object)) + ", not " + wanted);
+void ThrowWrongType(CosObj handle, const char* wanted) {
+  if (IsNull(handle)) throw HostError(kASWrongType, std::string("the null object is not ") + wanted);
+  throw HostError(kASWrongType, Describe(handle) + " is " + TypeName(CosTypeOf(ObjectOf(handle))) + ", not " + wanted);
 }
 
 ObjectTable::Slot& SlotOfType(CosObj handle, ASInt32 type) {
-  if (IsNull(handle)) throw HostError(kASWrongType, std::string("the null object is not ") + TypeName(type));
+  if (IsNull(handle)) ThrowWrongType(handle, TypeName(type));
   ObjectTable::Slot& slot = SlotOf(handle);
-  if (CosTypeOf(slot.object) != type) ThrowWrongType(slot.object, TypeName(type));
+  if (CosTypeOf(slot.object) != type) ThrowWrongType(handle, TypeName(type));
   return slot;
 }
 
@@ -113,18 +108,19 @@ QPDFObjectHandle& ArrayOf(CosObj handle) { return SlotOfType(handle, CosArray).o
 QPDFObjectHandle& StreamObjectOf(CosObj handle) { return SlotOfType(handle, CosStream).object; }
 
 QPDFObjectHandle DictionaryOf(CosObj handle) {
-  if (IsNull(handle)) throw HostError(kASWrongType, "the null object is not a dictionary");
-  QPDFObjectHandle& object = ObjectOf(handle);
-  if (object.isDictionary()) return object;
-  if (object.isStream()) return object.getDict();
-  ThrowWrongType(object, "a dictionary or a stream");
+  if (!IsNull(handle)) {
+    QPDFObjectHandle& object = ObjectOf(handle);
+    if (object.isDictionary()) return object;
+    if (object.isStream()) return object.getDict();
+  }
+  ThrowWrongType(handle, "a dictionary or a stream");
 }
 
 QPDFObjectHandle ValueFor(CosObj containerHandle, const QPDFObjectHandle& container, CosObj value) {
   if (IsNull(value)) return QPDFObjectHandle::newNull();
   QPDFObjectHandle object = ObjectOf(value);
   if (value.b != containerHandle.b) {
-    throw HostError(kASBadParameter, Describe(object) + " belongs to another document than " + Describe(container));
+    throw HostError(kASBadParameter, Describe(value) + " belongs to another document than " + Describe(containerHandle));
   }
   const bool isDirectContainer = !object.isIndirect() && (object.isArray() || object.isDictionary());
   if (isDirectContainer) CheckNesting(container, object);

@@ -1,7 +1,5 @@
 #pragma once
 
-#include <string>
-
 #include <tgx/host.h>
 #include <qpdf/QPDFObjectHandle.hh>
 
@@ -9,14 +7,11 @@
 
 namespace tgx::host {
 
-/// What messages call an object: "object 57 0", or "a direct object".
-std::string Describe(const QPDFObjectHandle& object);
-
 /// The Cos type number of a qpdf object, 0 for everything that is no value.
 ASInt32 CosTypeOf(QPDFObjectHandle& object);
 
-/// Throws kASWrongType: "object 57 0 is a name, not a dictionary".
-[[noreturn]] void ThrowWrongType(QPDFObjectHandle& object, const char* wanted);
+/// Throws kASWrongType: "object 57 0 is a name, not a dictionary". The handle may be the null object.
+[[noreturn]] void ThrowWrongType(CosObj handle, const char* wanted);
 
 /// The object behind a handle when it has the type. Throw kASWrongType for another type and for the null object,
 /// kASBadParameter for dead handles.
@@ -27,9 +22,10 @@ ObjectTable::Slot& SlotOfType(CosObj handle, ASInt32 type);
 /// The dictionary behind a handle: of a stream, the stream's own.
 QPDFObjectHandle DictionaryOf(CosObj handle);
 
-/// The object to store under `container` for a value that a client hands in; qpdf's null for the null object. Throws
-/// kASBadParameter when the value belongs to another document, or when storing it would make a direct object contain itself
-/// or nest direct objects deeper than a file can.
+/// The object to store in a dictionary or array for a value that a client hands in; qpdf's null for the null object.
+/// `container` is the object behind the handle, or the dictionary of a stream. Throws kASBadParameter when the value belongs
+/// to another document, or when storing it would make a direct object contain itself or nest direct objects deeper than a
+/// file can.
 QPDFObjectHandle ValueFor(CosObj containerHandle, const QPDFObjectHandle& container, CosObj value);
 
 }  // namespace tgx::host

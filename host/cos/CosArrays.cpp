@@ -20,7 +20,7 @@ struct Target {
   Document& document;
 };
 
-void CheckIndex(const QPDFObjectHandle& array, ASInt32 index) {
+void CheckIndex(CosObj array, ASInt32 index) {
   if (index < 0) throw HostError(kASOutOfRange, Describe(array) + ": no item has the index " + std::to_string(index));
 }
 
@@ -32,22 +32,21 @@ ASInt32 CosArrayLength(CosObj array) { return Target(array).array.getArrayNItems
 
 CosObj CosArrayGet(CosObj array, ASInt32 index) {
   Target target(array);
-  CheckIndex(target.array, index);
+  CheckIndex(array, index);
   if (index >= target.array.getArrayNItems()) return kNullObject;
-  return target.document.HandleOf(target.array.getArrayItem(index));
+  return target.document.Objects().HandleOf(target.array.getArrayItem(index), array);
 }
 
 void CosArrayPut(CosObj array, ASInt32 index, CosObj value) {
   Target target(array);
-  CheckIndex(target.array, index);
+  CheckIndex(array, index);
   const QPDFObjectHandle item = ValueFor(array, target.array, value);
   const ASInt32 length = target.array.getArrayNItems();
   if (index < length) {
     target.array.setArrayItem(index, item);
   } else {
     if (index > kHighestIndex) {
-      throw HostError(kASOutOfRange,
-                      Describe(target.array) + ": an array does not grow to the index " + std::to_string(index));
+      throw HostError(kASOutOfRange, Describe(array) + ": an array does not grow to the index " + std::to_string(index));
     }
     for (ASInt32 gap = length; gap < index; ++gap) target.array.appendItem(QPDFObjectHandle::newNull());
     target.array.appendItem(item);
@@ -57,7 +56,7 @@ void CosArrayPut(CosObj array, ASInt32 index, CosObj value) {
 
 void CosArrayInsert(CosObj array, ASInt32 pos, CosObj value) {
   Target target(array);
-  CheckIndex(target.array, pos);
+  CheckIndex(array, pos);
   const QPDFObjectHandle item = ValueFor(array, target.array, value);
   // Callers pass positions past the end to append.
   target.array.insertItem(std::min(pos, target.array.getArrayNItems()), item);

@@ -26,7 +26,7 @@ struct Target {
 
 CosObj Get(CosObj dict, std::string_view key) {
   const Target target(dict, key);
-  return target.document.HandleOf(DictGet(target.dictionary, key));
+  return target.document.Objects().HandleOf(DictGet(target.dictionary, key), dict);
 }
 
 ASBool Known(CosObj dict, std::string_view key) {

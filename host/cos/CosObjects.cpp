@@ -19,21 +19,22 @@ struct Entry {
 
 /// What CosObjEnum hands out, taken before the first callback: a callback may change the object or close the document.
 std::vector<Entry> Snapshot(CosObj handle) {
-  if (IsNull(handle)) throw HostError(kASWrongType, "the null object has no entries");
+  if (IsNull(handle)) ThrowWrongType(handle, "a dictionary, a stream or an array");
   QPDFObjectHandle object = ObjectOf(handle);
   Document& document = Document::Of(handle);
   std::vector<Entry> entries;
   if (object.isArray()) {
     document.BeforeCosRead(object, {});
-    for (const auto& item : object.getArrayAsVector()) entries.push_back({document.HandleOf(item), kNullObject});
+    for (const auto& item : object.getArrayAsVector())
+      entries.push_back({document.Objects().HandleOf(item, handle), kNullObject});
   } else if (object.isDictionary() || object.isStream()) {
     const QPDFObjectHandle dictionary = DictionaryOf(handle);
     document.BeforeCosRead(dictionary, {});
     for (const DictEntry& entry : DictEntries(dictionary)) {
-      entries.push_back({document.Objects().KeyName(Intern(entry.key)), document.HandleOf(entry.value)});
+      entries.push_back({document.Objects().KeyName(Intern(entry.key)), document.Objects().HandleOf(entry.value, handle)});
     }
   } else {
-    ThrowWrongType(object, "a dictionary, a stream or an array");
+    ThrowWrongType(handle, "a dictionary, a stream or an array");
   }
   return entries;
 }

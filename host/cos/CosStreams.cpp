@@ -15,13 +15,14 @@
 namespace tgx::host {
 namespace {
 
-std::shared_ptr<Buffer> Decoded(QPDFObjectHandle& stream) {
-  Pl_Buffer buffer("decoded stream");
+/// Sends the data of a stream down a pipeline, decrypted, and decoded if asked for.
+void Pipe(CosObj stream, Pipeline& sink, bool decode) {
   bool canDecode = false;
-  const bool isWhole = stream.pipeStreamData(&buffer, &canDecode, 0, qpdf_dl_all, true, false);
-  if (!canDecode) throw HostError(kASNotSupported, Describe(stream) + ": a filter of the stream cannot be undone");
+  const bool isWhole =
+      StreamObjectOf(stream).pipeStreamData(&sink, &canDecode, 0, decode ? qpdf_dl_all : qpdf_dl_none, true, false);
+  // qpdf also says that it cannot decode when it tried and failed, so the failure comes first.
   if (!isWhole) throw HostError(kASDamagedDocument, Describe(stream) + ": the data of the stream are damaged");
-  return buffer.getBufferSharedPointer();
+  if (decode && !canDecode) throw HostError(kASNotSupported, Describe(stream) + ": a filter of the stream cannot be undone");
 }
 
 /// The dictionary of a new stream: the entries of `attributes`, or none.
@@ -29,7 +30,7 @@ QPDFObjectHandle StreamDictionary(const Document& document, CosObj attributes) {
   if (IsNull(attributes)) return QPDFObjectHandle::newDictionary();
   QPDFObjectHandle dictionary = SlotOfType(attributes, CosDict).object;
   if (attributes.b != document.Serial()) {
-    throw HostError(kASBadParameter, Describe(dictionary) + " belongs to another document than the new stream");
+    throw HostError(kASBadParameter, Describe(attributes) + " belongs to another document than the new stream");
   }
   return dictionary.shallowCopy();  // an indirect or shared dictionary cannot be a stream's own
 }
@@ -70,31 +71,24 @@ CosObj CosNewStream(CosDoc doc, ASBool /*indirect*/, ASStm source, ASInt32 sourc
 
 CosObj CosStreamDict(CosObj stream) {
   const QPDFObjectHandle dictionary = StreamObjectOf(stream).getDict();
-  return Document::Of(stream).HandleOf(dictionary);
+  return Document::Of(stream).Objects().HandleOf(dictionary, stream);
 }
 
 ASInt32 CosStreamLength(CosObj stream) {
-  QPDFObjectHandle object = StreamObjectOf(stream);
   // "Length" counts what encryption adds, and can be wrong: only reading tells.
   Pl_Discard discard;
   Pl_Count count("stored stream", &discard);
-  if (!object.pipeStreamData(&count, 0, qpdf_dl_none, true, false)) {
-    throw HostError(kASDamagedDocument, Describe(object) + ": the data of the stream cannot be read");
-  }
+  Pipe(stream, count, false);
   return static_cast<ASInt32>(std::min<qpdf_offset_t>(count.getCount(), std::numeric_limits<ASInt32>::max()));
 }
 
 ASStm CosStreamOpenStm(CosObj stream, ASInt32 mode) {
-  QPDFObjectHandle object = StreamObjectOf(stream);
-  switch (mode) {
-    case cosOpenRaw:
-    case cosOpenUnfiltered:
-      return OpenStream(object.getRawStreamData());
-    case cosOpenFiltered:
-      return OpenStream(Decoded(object));
-    default:
-      throw HostError(kASBadParameter, "streams are not opened in a mode " + std::to_string(mode));
+  if (mode != cosOpenRaw && mode != cosOpenUnfiltered && mode != cosOpenFiltered) {
+    throw HostError(kASBadParameter, "streams are not opened in a mode " + std::to_string(mode));
   }
+  Pl_Buffer buffer("stream data");
+  Pipe(stream, buffer, mode == cosOpenFiltered);
+  return OpenStream(buffer.getBufferSharedPointer());
 }
 
 }  // namespace operations

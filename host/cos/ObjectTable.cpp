@@ -6,13 +6,33 @@
 #include "host/pdmodel/Document.h"
 
 namespace tgx::host {
+namespace {
 
-CosObj ObjectTable::HandleOf(const QPDFObjectHandle& object) {
+std::string DescribeIndirect(const QPDFObjectHandle& object) {
+  return "object " + std::to_string(object.getObjectID()) + " " + std::to_string(object.getGeneration());
+}
+
+}  // namespace
+
+CosObj ObjectTable::Enter(const QPDFObjectHandle& object, ASUns32 parent) {
   QPDFObjectHandle resolved = object;
   if (!resolved.isInitialized() || resolved.isNull()) return kNullObject;
-  const auto [known, isNew] = slotOfObject_.try_emplace(resolved.getObjectPtr(), static_cast<ASUns32>(slots_.size()));
-  if (isNew) slots_.push_back({std::move(resolved), nullptr});
-  return {known->second, document_};
+  const QPDFObject* const address = resolved.getObjectPtr();
+  if (const auto known = slotOfObject_.find(address); known != slotOfObject_.end()) return {known->second, document_};
+  // The slot comes first: should the map find no memory, a slot without a name does no harm.
+  const auto slot = static_cast<ASUns32>(slots_.size());
+  slots_.push_back({std::move(resolved), nullptr, parent});
+  slotOfObject_.emplace(address, slot);
+  return {slot, document_};
+}
+
+void ObjectTable::Renew(const QPDFObjectHandle& object, const QPDFObjectHandle& successor) {
+  const auto known = slotOfObject_.find(object.getObjectPtr());
+  if (known == slotOfObject_.end()) return;
+  const ASUns32 slot = known->second;
+  slotOfObject_.emplace(successor.getObjectPtr(), slot);
+  slotOfObject_.erase(object.getObjectPtr());
+  slots_[slot].object = successor;
 }
 
 CosObj ObjectTable::KeyName(ASAtom key) {
@@ -30,6 +50,17 @@ ObjectTable::Slot& SlotOf(CosObj handle) {
                                          std::to_string(handle.b));
   }
   return *slot;
+}
+
+std::string Describe(CosObj handle) {
+  ObjectTable::Slot* slot = &SlotOf(handle);
+  if (slot->object.isIndirect()) return DescribeIndirect(slot->object);
+  // A parent had its slot before its child, so the way up ends.
+  while (slot->parent != ObjectTable::kNoParent) {
+    slot = &SlotOf({slot->parent, handle.b});
+    if (slot->object.isIndirect()) return "a direct object in " + DescribeIndirect(slot->object);
+  }
+  return "a direct object";
 }
 
 }  // namespace tgx::host

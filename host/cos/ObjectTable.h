@@ -18,14 +18,23 @@ class ObjectTable {
   struct Slot {
     QPDFObjectHandle object;
     std::unique_ptr<std::string> bytes;  ///< what CosStringValue handed out last
+    ASUns32 parent;                      ///< the slot of the object that this one was first reached through, or kNoParent
   };
+  static constexpr ASUns32 kNoParent = 0xFFFFFFFF;
 
   explicit ObjectTable(ASUns32 document) : document_(document) {}
   ObjectTable(const ObjectTable&) = delete;
   ObjectTable& operator=(const ObjectTable&) = delete;
 
   /// The handle of an object; the null object for everything that resolves to null.
-  CosObj HandleOf(const QPDFObjectHandle& object);
+  CosObj HandleOf(const QPDFObjectHandle& object) { return Enter(object, kNoParent); }
+
+  /// The same for an entry or item of `parent`, an object of this table. Messages about a direct object name its place by
+  /// it.
+  CosObj HandleOf(const QPDFObjectHandle& object, CosObj parent) { return Enter(object, parent.a); }
+
+  /// Lets the handle of an object, if it has one, stand for another object that takes its place in the document.
+  void Renew(const QPDFObjectHandle& object, const QPDFObjectHandle& successor);
 
   /// The name object that stands for a key when entries are enumerated: one for each atom.
   CosObj KeyName(ASAtom key);
@@ -34,6 +43,8 @@ class ObjectTable {
   Slot* Find(CosObj handle) { return handle.a < slots_.size() ? &slots_[handle.a] : nullptr; }
 
  private:
+  CosObj Enter(const QPDFObjectHandle& object, ASUns32 parent);
+
   ASUns32 document_;
   std::deque<Slot> slots_;
   std::unordered_map<const QPDFObject*, ASUns32> slotOfObject_;
@@ -47,5 +58,8 @@ inline bool Same(CosObj a, CosObj b) { return a.a == b.a && a.b == b.b; }
 /// The living slot behind a handle. Throws kASBadParameter for the null object and for handles of closed documents.
 ObjectTable::Slot& SlotOf(CosObj handle);
 inline QPDFObjectHandle& ObjectOf(CosObj handle) { return SlotOf(handle).object; }
+
+/// What messages call the object of a living handle: "object 57 0", "a direct object in object 57 0", "a direct object".
+std::string Describe(CosObj handle);
 
 }  // namespace tgx::host

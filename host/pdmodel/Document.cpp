@@ -36,7 +36,7 @@ Document& Lookup(Handle handle, std::uintptr_t kind, const char* what) {
 }  // namespace
 
 Document::Document(ASUns32 serial, std::unique_ptr<QPDF> pdf, std::string name)
-    : serial_(serial), name_(std::move(name)), pdf_(std::move(pdf)), objects_(serial) {
+    : serial_(serial), name_(std::move(name)), pdf_(std::move(pdf)), objects_(serial), names_(*this) {
   pages_ = std::make_unique<PageList>(*this);
   structure_ = std::make_unique<StructureTree>(*this);
   contents_ = std::make_unique<PageContents>(*this);

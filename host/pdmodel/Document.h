@@ -9,6 +9,7 @@
 #include <qpdf/QPDF.hh>
 
 #include "host/cos/CosObserver.h"
+#include "host/cos/NameSpelling.h"
 #include "host/cos/ObjectTable.h"
 
 namespace tgx::host {
@@ -51,6 +52,7 @@ class Document {
   QPDF& Pdf() noexcept { return *pdf_; }
   ObjectTable& Objects() noexcept { return objects_; }
   CosObj HandleOf(const QPDFObjectHandle& object) { return objects_.HandleOf(object); }
+  NameSpelling& Names() noexcept { return names_; }
   PageList& Pages() noexcept { return *pages_; }
   StructureTree& Structure() noexcept { return *structure_; }
   PageContents& Contents() noexcept { return *contents_; }
@@ -70,6 +72,7 @@ class Document {
   std::string name_;
   std::unique_ptr<QPDF> pdf_;
   ObjectTable objects_;
+  NameSpelling names_;
   std::unique_ptr<PageList> pages_;
   std::unique_ptr<StructureTree> structure_;
   std::unique_ptr<PageContents> contents_;

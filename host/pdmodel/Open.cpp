@@ -7,6 +7,7 @@
 #include <fcntl.h>
 #include <sys/stat.h>
 #include <qpdf/BufferInputSource.hh>
+#include <qpdf/FileInputSource.hh>
 #include <qpdf/QPDF.hh>
 #include <qpdf/QPDFExc.hh>
 
@@ -58,12 +59,13 @@ HostError OpeningError(const std::string& name, const OpenOptions& options, cons
   }
 }
 
-template <typename Read>
-Document& Open(const std::string& name, const OpenOptions& options, Read&& read) {
+Document& Open(const std::string& name, const OpenOptions& options, const std::shared_ptr<InputSource>& source) {
   auto pdf = NewPdf(options);
   try {
-    read(*pdf);
-    return Document::Adopt(std::move(pdf), name);
+    pdf->processInputSource(source, Password(options));
+    Document& document = Document::Adopt(std::move(pdf), name);
+    document.Names().SetSource(source);
+    return document;
   } catch (const QPDFExc& e) {
     throw OpeningError(name, options, e);
   }
@@ -73,16 +75,13 @@ Document& Open(const std::string& name, const OpenOptions& options, Read&& read)
 
 Document& OpenFile(const std::string& path, const OpenOptions& options) {
   const std::string name = DisplayName(path);
-  std::FILE* stream = OpenRegularFile(path);
-  return Open(name, options, [&](QPDF& pdf) { pdf.processFile(name.c_str(), stream, true, Password(options)); });
+  return Open(name, options, std::make_shared<FileInputSource>(name.c_str(), OpenRegularFile(path), true));
 }
 
 Document& OpenMemory(std::string_view bytes, const std::string& name, const OpenOptions& options) {
   const std::string shownName = DisplayName(name);
   if (bytes.empty()) throw HostError(kASDamagedDocument, shownName + ": not a PDF file: it is empty");
-  return Open(shownName, options, [&](QPDF& pdf) {
-    pdf.processInputSource(std::make_shared<BufferInputSource>(shownName, std::string(bytes)), Password(options));
-  });
+  return Open(shownName, options, std::make_shared<BufferInputSource>(shownName, std::string(bytes)));
 }
 
 }  // namespace tgx::host

@@ -108,6 +108,7 @@ class MemorySink : public Sink {
 void Settle(Document& document) {
   document.Contents().WriteCommitted();
   if (document.IsChanged()) document.Structure().PrepareForSaving();
+  document.Names().Settle();
 }
 
 void CheckOptions(Document& document, const SaveOptions& options) {

@@ -11,7 +11,7 @@ namespace {
 
 QPDFObjectHandle& MapDictionary(PDSRoleMap map) {
   QPDFObjectHandle& dictionary = ObjectOf(map);
-  if (!dictionary.isDictionary()) ThrowWrongType(dictionary, "a role map");
+  if (!dictionary.isDictionary()) ThrowWrongType(map, "a role map");
   return dictionary;
 }
 

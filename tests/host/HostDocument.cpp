@@ -2,10 +2,9 @@
 
 #include <utility>
 
-#include <qpdf/Buffer.hh>
-#include <qpdf/QPDFWriter.hh>
-
 #include "host/core/Atoms.h"
+#include "host/pdmodel/Open.h"
+#include "host/pdmodel/Save.h"
 
 namespace tgx::host {
 namespace {
@@ -18,12 +17,9 @@ std::unique_ptr<QPDF> EmptyPdf() {
 
 }  // namespace
 
-HostDocument::HostDocument() : HostDocument(EmptyPdf()) {}
+HostDocument::HostDocument() : HostDocument(Document::Adopt(EmptyPdf(), "test.pdf")) {}
 
-HostDocument::HostDocument(std::unique_ptr<QPDF> pdf) : document_(&Document::Adopt(std::move(pdf), "test.pdf")) {}
-
-HostDocument::HostDocument(HostDocument&& other) noexcept
-    : bytes_(std::move(other.bytes_)), document_(std::exchange(other.document_, nullptr)) {}
+HostDocument::HostDocument(HostDocument&& other) noexcept : document_(std::exchange(other.document_, nullptr)) {}
 
 HostDocument::~HostDocument() { Close(); }
 
@@ -31,14 +27,10 @@ void HostDocument::Close() {
   if (document_ != nullptr) Document::Close(*std::exchange(document_, nullptr));
 }
 
-HostDocument HostDocument::FromBytes(std::string bytes, const char* password) {
-  auto kept = std::make_unique<std::string>(std::move(bytes));
-  auto pdf = std::make_unique<QPDF>();
-  pdf->setSuppressWarnings(true);
-  pdf->processMemoryFile("test.pdf", kept->data(), kept->size(), password);
-  HostDocument document(std::move(pdf));
-  document.bytes_ = std::move(kept);
-  return document;
+HostDocument HostDocument::FromBytes(std::string_view bytes, const char* password) {
+  OpenOptions options;
+  if (password != nullptr) options.password = password;
+  return HostDocument(OpenMemory(bytes, "test.pdf", options));
 }
 
 HostDocument HostDocument::FromObjects(const std::string& objects) {
@@ -53,11 +45,8 @@ CosObj HostDocument::String(std::string_view bytes) {
 }
 
 std::string HostDocument::Written() {
-  QPDFWriter writer(document_->Pdf());
-  writer.setOutputMemory();
-  writer.write();
-  const std::shared_ptr<Buffer> buffer = writer.getBufferSharedPointer();
-  return {reinterpret_cast<const char*>(buffer->getBuffer()), buffer->getSize()};
+  const MallocBytes bytes = SaveMemory(*document_, {});
+  return {bytes.data.get(), bytes.size};
 }
 
 }  // namespace tgx::host

@@ -1,12 +1,10 @@
 #pragma once
 
-#include <memory>
 #include <string>
 #include <string_view>
 
 #include <gtest/gtest.h>
 #include <tgx/host.h>
-#include <qpdf/QPDF.hh>
 
 #include "host/core/HostError.h"
 #include "host/core/Tables.h"
@@ -26,7 +24,7 @@ class HostDocument {
   static HostDocument FromObjects(const std::string& objects);
 
   /// A document read from the bytes of a file.
-  static HostDocument FromBytes(std::string bytes, const char* password = nullptr);
+  static HostDocument FromBytes(std::string_view bytes, const char* password = nullptr);
 
   HostDocument(HostDocument&& other) noexcept;
   HostDocument& operator=(HostDocument&&) = delete;
@@ -45,16 +43,15 @@ class HostDocument {
   CosObj Name(std::string_view text);
   CosObj String(std::string_view bytes);
 
-  /// The bytes of the document as qpdf writes it, with what the catalog and the trailer reach.
+  /// The bytes of the document as the host saves it.
   std::string Written();
 
   /// Written and read again.
   HostDocument Reopened() { return FromBytes(Written()); }
 
  private:
-  explicit HostDocument(std::unique_ptr<QPDF> pdf);
+  explicit HostDocument(Document& document) : document_(&document) {}
 
-  std::unique_ptr<std::string> bytes_;  // qpdf reads from it while the document is open
   Document* document_;
 };
 
