@@ -2,6 +2,7 @@
 
 #include "src/actions/EmptyTag/EmptyTagFix.h"
 #include "src/actions/FixEndNote/FixEndNoteAction.h"
+#include "src/forms/AcroFormSync.h"
 
 namespace tgx {
 namespace {
@@ -9,7 +10,22 @@ namespace {
 /// A number that is reserved and deliberately does nothing.
 int RunNothing(PDDoc, const char*) { return TGX_OK; }
 
+/// Opens the document at the path for the time of the run. A failure leaves it open and its path object alive: they are the
+/// host's to end with the call.
+int SynchroniseForms(PDDoc document, const char* path) {
+  const ASFileSys fileSystem = ASGetDefaultFileSys();
+  if (path == nullptr) return TGX_NO_PATH;
+  const ASPathName name = ASFileSysCreatePathName(fileSystem, ASAtomFromString("Cstring"), path, nullptr);
+  const PDDoc source = PDDocOpen(name, nullptr, nullptr, 1);
+  acroform::AcroFormSync synchronisation;
+  synchronisation.Run(document, source);
+  PDDocClose(source);
+  if (name != nullptr) ASFileSysReleasePath(fileSystem, name);
+  return TGX_OK;
+}
+
 constexpr ActionRow kActions[] = {
+    {4, SynchroniseForms},
     {6, RunWorker<EmptyTagFix>},
     {7, RunWorker<EmptyTagFix, &EmptyTagFix::MarkEmpty>},
     {15, RunWorker<FixEndNoteAction>},

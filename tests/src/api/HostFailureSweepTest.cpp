@@ -1,5 +1,7 @@
 // Every operation meets a host failure at each of its calls. A new worker joins with a line in kOperations.
 
+#include <cstdio>
+#include <fstream>
 #include <functional>
 #include <ostream>
 #include <string>
@@ -44,7 +46,31 @@ std::string WithEmptyTags() {
   return doc.Write();
 }
 
+/// A form with a field of each way in which entries cross.
+std::string WithForm() {
+  TestDocument doc;
+  Page& page = doc.AddPage();
+  doc.Field(page, "name", "Tx", "(value)")
+      .Set("A", "<</S/Named/N/NextPage>>")
+      .Set("Opt", "[(a)[1 2.5 true]]")
+      .Set("Ff", "2");
+  doc.Field(page, "go", "Btn", "/On").Set("AP", "<</N $face>>");
+  doc.Stream("face", "<</Type/XObject/Subtype/Form/BBox[0 0 9 9]>>", "0 0 9 9 re f");
+  doc.Tree({});
+  return doc.Write();
+}
+
+/// Action 4 with the document itself as the second one.
+Outcome SynchroniseForms(OpenDocument& document) {
+  const std::string path = testing::TempDir() + "/HostFailureSweep.form.pdf";
+  std::ofstream(path, std::ios::binary) << WithForm();
+  const Outcome outcome = document.Action(4, path);
+  std::remove(path.c_str());
+  return outcome;
+}
+
 const SweptOperation kOperations[] = {
+    {"SynchroniseForms", WithForm, SynchroniseForms, {.mayStayOpen = {"documents", "paths"}}},
     {"RemoveEmptyTags", WithEmptyTags, [](OpenDocument& document) { return document.Action(6); }},
     {"MarkEmptyTags", WithEmptyTags, [](OpenDocument& document) { return document.Action(7); }},
 };

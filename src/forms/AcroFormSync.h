@@ -1,0 +1,36 @@
+#pragma once
+
+#include <memory>
+#include <sstream>
+#include <utility>
+#include <vector>
+
+#include "src/forms/AcroFormField.h"
+
+namespace tgx::acroform {
+
+class AcroFormTree;
+
+/// Copies the settings, values and appearances of the form fields of one document to the fields of the same name of another.
+class AcroFormSync {
+ public:
+  /// Writes into `target` only. Fields without a partner stay as they are; none is added or removed.
+  void Run(PDDoc target, PDDoc source);
+
+ private:
+  struct FieldPair {
+    AcroFormField* source;
+    AcroFormField* target;
+  };
+
+  void PairFields(const AcroFormTree& target, const AcroFormTree& source);
+  /// Kids pair by position, and only where both fields have the same number of them.
+  void PairKids(const AcroFormField& source, const AcroFormField& target);
+  void SynchronisePair(const FieldPair& pair);
+
+  std::vector<FieldPair> pairs_;
+  std::vector<std::unique_ptr<AcroFormField>> kids_;  ///< the fields made for pairs of kids
+  std::ostringstream log_;                            ///< what was copied for the pair at hand; nobody reads it
+};
+
+}  // namespace tgx::acroform

@@ -1,0 +1,321 @@
+#include <cstdio>
+#include <fstream>
+
+#include <gtest/gtest.h>
+
+#include "tests/support/OpenDocument.h"
+#include "tests/support/TestDocument.h"
+#include "tests/support/TreeText.h"
+
+namespace tgx {
+namespace {
+
+using test::Annotation;
+using test::OpenDocument;
+using test::TestDocument;
+
+constexpr int kSyncForms = 4;
+
+/// A document with one page, for fields to stand on.
+struct Form {
+  TestDocument document;
+  test::Page& page = document.AddPage();
+
+  Annotation Text(const std::string& name, const std::string& value = "") { return document.Field(page, name, "Tx", value); }
+  Annotation Button(const std::string& name) { return document.Field(page, name, "Btn"); }
+};
+
+class AcroFormSync : public testing::Test {
+ protected:
+  ~AcroFormSync() override { std::remove(path_.c_str()); }
+
+  test::Outcome Synchronise() {
+    std::ofstream(path_, std::ios::binary) << source_.document.Write();
+    OpenDocument open(target_.document.Write());
+    const test::Outcome outcome = open.Action(kSyncForms, path_);
+    saved_ = open.Save();
+    test::ExpectSound(saved_);
+    file_ = std::make_unique<test::ReadBack>(saved_);
+    return outcome;
+  }
+
+  QPDFObjectHandle FormDictionary() { return (*file_)->getRoot().getKey("/AcroForm"); }
+  QPDFObjectHandle Field(int index = 0) { return FormDictionary().getKey("/Fields").getArrayItem(index); }
+  /// An entry of a field in PDF syntax, "null" when it is not there.
+  std::string Entry(const std::string& key, int index = 0) { return Field(index).getKey(key).unparseResolved(); }
+
+  const std::string path_ =
+      testing::TempDir() + "/" + testing::UnitTest::GetInstance()->current_test_info()->name() + ".source.pdf";
+  Form target_;
+  Form source_;
+  std::string saved_;
+  std::unique_ptr<test::ReadBack> file_;
+};
+
+TEST_F(AcroFormSync, GivesTheTargetTheValueOfTheSource) {
+  target_.Text("name", "(old)");
+  source_.Text("name", "(new)");
+  EXPECT_EQ(Synchronise(), test::kSuccess);
+  EXPECT_EQ(Entry("/V"), "(new)");
+}
+
+TEST_F(AcroFormSync, KeepsAValueThatTheSourceLacks) {
+  target_.Text("name", "(old)");
+  source_.Text("name");
+  EXPECT_EQ(Synchronise(), test::kSuccess);
+  EXPECT_EQ(Entry("/V"), "(old)");
+}
+
+TEST_F(AcroFormSync, LeavesFieldsWithoutAPartnerAlone) {
+  target_.Text("mine", "(old)");
+  source_.Text("other", "(new)");
+  EXPECT_EQ(Synchronise(), test::kSuccess);
+  EXPECT_EQ(Entry("/V"), "(old)");
+  EXPECT_EQ(FormDictionary().getKey("/Fields").getArrayNItems(), 1);
+}
+
+TEST_F(AcroFormSync, TakesTheFirstSourceFieldOfANameForAllTargetsOfIt) {
+  target_.Text("name");
+  target_.Text("name");
+  source_.Text("name", "(first)");
+  source_.Text("name", "(second)");
+  EXPECT_EQ(Synchronise(), test::kSuccess);
+  EXPECT_EQ(Entry("/V", 0), "(first)");
+  EXPECT_EQ(Entry("/V", 1), "(first)");
+}
+
+TEST_F(AcroFormSync, PairsFieldsWithoutNames) {
+  target_.Text("x").Set("T", "null");
+  source_.Text("y", "(new)").Set("T", "null");
+  EXPECT_EQ(Synchronise(), test::kSuccess);
+  EXPECT_EQ(Entry("/V"), "(new)");
+}
+
+TEST_F(AcroFormSync, PairsFieldsOfOneNameAlsoWhenTheirTypesDiffer) {
+  target_.Text("name");
+  source_.Button("name").Set("V", "/On");
+  EXPECT_EQ(Synchronise(), test::kSuccess);
+  EXPECT_EQ(Entry("/V"), "/On") << "the source's type decides how the value crosses";
+}
+
+TEST_F(AcroFormSync, CopiesAButtonsValueAsAName) {
+  target_.Button("go");
+  source_.Button("go").Set("V", "/On").Set("DV", "/Off");
+  EXPECT_EQ(Synchronise(), test::kSuccess);
+  EXPECT_EQ(Entry("/V"), "/On");
+  EXPECT_EQ(Entry("/DV"), "/Off");
+}
+
+TEST_F(AcroFormSync, DoesNotReadAButtonsValueThatIsAString) {
+  target_.Button("go").Set("V", "/Old");
+  source_.Button("go").Set("V", "(On)");
+  EXPECT_EQ(Synchronise(), test::kSuccess);
+  EXPECT_EQ(Entry("/V"), "/Old");
+}
+
+TEST_F(AcroFormSync, DoesNotReadASignature) {
+  target_.document.Field(target_.page, "sig", "Sig");
+  source_.document.Field(source_.page, "sig", "Sig").Set("V", "<</Type/Sig>>");
+  EXPECT_EQ(Synchronise(), test::kSuccess);
+  EXPECT_EQ(Entry("/V"), "null");
+}
+
+TEST_F(AcroFormSync, ClearsATextThatIsEmptyInTheSource) {
+  target_.Text("name", "(old)");
+  source_.Text("name", "()");
+  EXPECT_EQ(Synchronise(), test::kSuccess);
+  EXPECT_EQ(Entry("/V"), "null");
+}
+
+TEST_F(AcroFormSync, CopiesTheEntriesOfTheField) {
+  target_.Text("name");
+  source_.Text("name")
+      .Set("A", "<</S/Named/N/NextPage>>")
+      .Set("AA", "<</K<</S/JavaScript/JS(f\\(\\))>>>>")
+      .Set("H", "/N")
+      .Set("TU", "(a name)")
+      .Set("TM", "(export)")
+      .Set("Ff", "2")
+      .Set("DV", "(default)")
+      .Set("Q", "1")
+      .Set("DS", "(font: Serif)")
+      .Set("Opt", "[(a)(b)]")
+      .Set("MaxLen", "9")
+      .Set("TI", "1")
+      .Set("I", "[0 1]")
+      .Set("F", "4");
+  EXPECT_EQ(Synchronise(), test::kSuccess);
+  EXPECT_EQ(Entry("/A"), "<< /N /NextPage /S /Named >>");
+  EXPECT_EQ(Entry("/AA"), "<< /K << /JS (f\\(\\)) /S /JavaScript >> >>");
+  EXPECT_EQ(Entry("/H"), "/N");
+  EXPECT_EQ(Entry("/TU"), "(a name)");
+  EXPECT_EQ(Entry("/TM"), "(export)");
+  EXPECT_EQ(Entry("/Ff"), "2");
+  EXPECT_EQ(Entry("/DV"), "(default)");
+  EXPECT_EQ(Entry("/Q"), "1");
+  EXPECT_EQ(Entry("/DS"), "(font: Serif)");
+  EXPECT_EQ(Entry("/Opt"), "[ (a) (b) ]");
+  EXPECT_EQ(Entry("/MaxLen"), "9");
+  EXPECT_EQ(Entry("/TI"), "1");
+  EXPECT_EQ(Entry("/I"), "[ 0 1 ]");
+  EXPECT_EQ(Entry("/F"), "4");
+}
+
+TEST_F(AcroFormSync, CopiesTheEntriesOfTheWidget) {
+  target_.Button("go");
+  source_.document.Stream("face", "<</Type/XObject/Subtype/Form/BBox[0 0 9 9]>>", "0 0 9 9 re f");
+  source_.Button("go")
+      .Set("AS", "/On")
+      .Set("BS", "<</W 2>>")
+      .Set("DA", "(/F1 9 Tf)")
+      .Set("MK", "<</CA(Go)>>")
+      .Set("AP", "<</N $face>>");
+  EXPECT_EQ(Synchronise(), test::kSuccess);
+  EXPECT_EQ(Entry("/AS"), "/On");
+  EXPECT_EQ(Entry("/BS"), "<< /W 2 >>");
+  EXPECT_EQ(Entry("/DA"), "(/F1 9 Tf)");
+  EXPECT_EQ(Entry("/MK"), "<< /CA (Go) >>");
+  QPDFObjectHandle face = Field().getKey("/AP").getKey("/N");
+  ASSERT_TRUE(face.isStream());
+  const auto data = face.getStreamData();
+  EXPECT_EQ(std::string(reinterpret_cast<const char*>(data->getBuffer()), data->getSize()), "0 0 9 9 re f");
+}
+
+TEST_F(AcroFormSync, WritesNoWidgetEntriesOfAMergedFieldWithoutAType) {
+  target_.Button("go").Set("Type", "null");
+  source_.Button("go").Set("AS", "/On").Set("TU", "(tip)");
+  EXPECT_EQ(Synchronise(), test::kSuccess);
+  EXPECT_EQ(Entry("/AS"), "null");
+  EXPECT_EQ(Entry("/TU"), "(tip)");
+}
+
+/// A field "group" with as many kids, each a widget of its own.
+void AddGroup(Form& form, int kids, const std::string& state) {
+  std::string references;
+  for (int i = 0; i < kids; ++i) {
+    const std::string name = "kid" + std::to_string(i);
+    form.page.Annotate("Widget").Set("AS", state + std::to_string(i)).Named(name);
+    references += "$" + name + " ";
+  }
+  form.document.Object("group", "<</FT/Btn/T(group)/Kids[" + references + "]>>");
+  form.document.SetCatalog("AcroForm", "<</Fields[$group]>>");
+}
+
+TEST_F(AcroFormSync, PairsKidsByTheirPlace) {
+  AddGroup(target_, 2, "/Old");
+  AddGroup(source_, 2, "/New");
+  EXPECT_EQ(Synchronise(), test::kSuccess);
+  QPDFObjectHandle kids = Field().getKey("/Kids");
+  EXPECT_EQ(kids.getArrayItem(0).getKey("/AS").unparse(), "/New0");
+  EXPECT_EQ(kids.getArrayItem(1).getKey("/AS").unparse(), "/New1");
+}
+
+TEST_F(AcroFormSync, PairsNoKidsWhenTheirNumbersDiffer) {
+  AddGroup(target_, 2, "/Old");
+  AddGroup(source_, 3, "/New");
+  EXPECT_EQ(Synchronise(), test::kSuccess);
+  QPDFObjectHandle kids = Field().getKey("/Kids");
+  EXPECT_EQ(kids.getArrayItem(0).getKey("/AS").unparse(), "/New0") << "the parent's widget is its first annotation kid";
+  EXPECT_EQ(kids.getArrayItem(1).getKey("/AS").unparse(), "/Old1");
+}
+
+TEST_F(AcroFormSync, LeavesTheParentReferencesOutOfWhatItCopies) {
+  target_.Text("name");
+  source_.Text("name").Set("A", "<</S/Named/P 1/Next<</S/Named/P 2>>>>");
+  EXPECT_EQ(Synchronise(), test::kSuccess);
+  EXPECT_EQ(Entry("/A"), "<< /Next << /S /Named >> /S /Named >>");
+}
+
+TEST_F(AcroFormSync, CopiesValuesOfEveryType) {
+  target_.Text("name");
+  source_.document.Object("shared", "<</X 1>>");
+  source_.Text("name").Set("A", "<</Array[1 2.5 true(s)/N[3]<</D 4>>null]/Dictionary $shared/Empty()/Real 0.5/Flag false>>");
+  EXPECT_EQ(Synchronise(), test::kSuccess);
+  QPDFObjectHandle action = Field().getKey("/A");
+  EXPECT_EQ(action.getKey("/Array").unparse(), "[ 1 2.5 true (s) /N [ 3 ] << /D 4 >> /Not#20implemented#20sync ]");
+  EXPECT_TRUE(action.getKey("/Dictionary").isIndirect());
+  EXPECT_EQ(action.getKey("/Dictionary").unparseResolved(), "<< /X 1 >>");
+  EXPECT_FALSE(action.hasKey("/Empty"));
+  EXPECT_EQ(action.getKey("/Real").unparse(), "0.5");
+  EXPECT_EQ(action.getKey("/Flag").unparse(), "false");
+}
+
+TEST_F(AcroFormSync, CopiesAnIndirectObjectAtEachReference) {
+  target_.Text("name");
+  source_.document.Object("shared", "<</X 1>>");
+  source_.Text("name").Set("A", "<</One $shared/Two $shared>>");
+  EXPECT_EQ(Synchronise(), test::kSuccess);
+  QPDFObjectHandle action = Field().getKey("/A");
+  EXPECT_NE(action.getKey("/One").getObjGen(), action.getKey("/Two").getObjGen());
+}
+
+TEST_F(AcroFormSync, AddsFontsThatTheTargetLacksAndKeepsItsOwn) {
+  target_.Text("name");
+  source_.Text("name");
+  target_.document.SetCatalog("AcroForm", "<</Fields[]/DR<</Font<</F1<</Who(target)>>>>/Encoding<<>>>>>>");
+  source_.document.SetCatalog("AcroForm",
+                              "<</Fields[]/DR<</Font<</F1<</Who(source)>>/F2<</Who(source)>>>>/Encoding<</E<<>>>>>>>>");
+  EXPECT_EQ(Synchronise(), test::kSuccess);
+  QPDFObjectHandle resources = FormDictionary().getKey("/DR");
+  EXPECT_EQ(resources.getKey("/Font").unparse(), "<< /F1 << /Who (target) >> /F2 << /Who (source) >> >>");
+  EXPECT_EQ(resources.getKey("/Encoding").unparse(), "<< /E << >> >>");
+}
+
+TEST_F(AcroFormSync, GivesNoResourcesToAFormWithoutAny) {
+  target_.document.SetCatalog("AcroForm", "<</Fields[]>>");
+  source_.document.SetCatalog("AcroForm", "<</Fields[]/DR<</Font<<>>>>/SigFlags 3>>");
+  EXPECT_EQ(Synchronise(), test::kSuccess);
+  EXPECT_FALSE(FormDictionary().hasKey("/DR"));
+  EXPECT_EQ(FormDictionary().getKey("/SigFlags").unparse(), "3") << "the run goes on";
+}
+
+TEST_F(AcroFormSync, ReplacesTheCalculationOrderByACopy) {
+  target_.Text("name");
+  source_.Text("name").Named("field");
+  target_.document.SetCatalog("AcroForm", "<</Fields[]/CO[1 2 3]>>");
+  source_.document.SetCatalog("AcroForm", "<</Fields[]/CO[<</T(a)>>]>>");
+  EXPECT_EQ(Synchronise(), test::kSuccess);
+  EXPECT_EQ(FormDictionary().getKey("/CO").unparse(), "[ << /T (a) >> ]");
+}
+
+TEST_F(AcroFormSync, WritesTheSignatureFlagsAsADirectInteger) {
+  source_.document.Object("flags", "3");
+  target_.document.SetCatalog("AcroForm", "<</Fields[]/SigFlags 1>>");
+  source_.document.SetCatalog("AcroForm", "<</Fields[]/SigFlags $flags>>");
+  EXPECT_EQ(Synchronise(), test::kSuccess);
+  QPDFObjectHandle flags = FormDictionary().getKey("/SigFlags");
+  EXPECT_FALSE(flags.isIndirect());
+  EXPECT_EQ(flags.unparse(), "3");
+}
+
+TEST_F(AcroFormSync, LeavesADocumentAloneWhereOneSideHasNoForm) {
+  target_.Text("name", "(old)");
+  EXPECT_EQ(Synchronise(), test::kSuccess);
+  EXPECT_EQ(Entry("/V"), "(old)");
+}
+
+TEST_F(AcroFormSync, LeavesADocumentWithoutAFormWithoutOne) {
+  source_.Text("name", "(new)");
+  EXPECT_EQ(Synchronise(), test::kSuccess);
+  EXPECT_TRUE(FormDictionary().isNull());
+}
+
+TEST_F(AcroFormSync, FailsWithTheHostsTextForASecondDocumentThatIsNotThere) {
+  target_.Text("name", "(old)");
+  OpenDocument open(target_.document.Write());
+  const test::Outcome outcome = open.Action(kSyncForms, path_ + ".missing");
+  EXPECT_EQ(outcome.result, TGX_FAILED);
+  EXPECT_NE(outcome.text.find(path_ + ".missing"), std::string::npos) << outcome;
+}
+
+TEST_F(AcroFormSync, FailsWithTheHostsTextForASecondDocumentThatIsNoPdf) {
+  target_.Text("name", "(old)");
+  std::ofstream(path_) << "no PDF";
+  OpenDocument open(target_.document.Write());
+  const test::Outcome outcome = open.Action(kSyncForms, path_);
+  EXPECT_EQ(outcome.result, TGX_FAILED);
+  EXPECT_NE(outcome.text.find(path_), std::string::npos) << outcome;
+}
+
+}  // namespace
+}  // namespace tgx
