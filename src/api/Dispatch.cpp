@@ -1,5 +1,7 @@
 #include "src/api/Dispatch.h"
 
+#include "src/actions/AttFix/AttFixAction.h"
+#include "src/actions/AttLayoutTableFix/AttLayoutTableFix.h"
 #include "src/actions/EmptyTag/EmptyTagFix.h"
 #include "src/actions/FixEndNote/FixEndNoteAction.h"
 #include "src/forms/AcroFormSync.h"
@@ -24,11 +26,21 @@ int SynchroniseForms(PDDoc document, const char* path) {
   return TGX_OK;
 }
 
+/// Without a path there is nothing to do, and that is a success.
+int RetagLayoutTables(PDDoc document, const char* path) {
+  if (path == nullptr) return TGX_OK;
+  const bool succeeded = [&] {
+    AttLayoutTableFix worker;
+    worker.SetDocument(document);
+    worker.SetPath(path);
+    return worker.Run();
+  }();
+  return succeeded ? TGX_OK : TGX_FAILED;
+}
+
 constexpr ActionRow kActions[] = {
-    {4, SynchroniseForms},
-    {6, RunWorker<EmptyTagFix>},
-    {7, RunWorker<EmptyTagFix, &EmptyTagFix::MarkEmpty>},
-    {15, RunWorker<FixEndNoteAction>},
+    {4, SynchroniseForms},  {6, RunWorker<EmptyTagFix>},   {7, RunWorker<EmptyTagFix, &EmptyTagFix::MarkEmpty>},
+    {9, RetagLayoutTables}, {12, RunWorker<AttFixAction>}, {15, RunWorker<FixEndNoteAction>},
     {18, RunNothing},
 };
 

@@ -69,7 +69,34 @@ Outcome SynchroniseForms(OpenDocument& document) {
   return outcome;
 }
 
+/// A table of each kind of metadata.
+std::string WithTableMetadata() {
+  const auto placeholder = [](const std::u16string& tables) {
+    return Element("Figure").Alt(std::u16string_view(u"[ATT]<Tables>" + tables + u"</Tables>"));
+  };
+  const auto row = [] { return Element("TR")({Element("TH"), Element("TD").Attributes("<</O/Layout>>")}); };
+  TestDocument doc;
+  doc.AddPage();
+  doc.Tree({Element("Table")({placeholder(u"<Table type='1'/>"), row()}),
+            Element("Table")({placeholder(u"<Table type='2' rows='1' cols='1'/>"), row(), row()}),
+            Element("Table")({placeholder(u"<Table type='3'><Row><Cell row='1' index='1'/><Cell type='1' row='1' index='2'>"
+                                          u"<Cell row='1' index='1'/></Cell></Row></Table>"),
+                              row()}),
+            Element("Table")({placeholder(u"<Table type='4'/>"), row()})});
+  return doc.Write();
+}
+
+Outcome RetagLayoutTables(OpenDocument& document) {
+  const std::string path = testing::TempDir() + "/HostFailureSweep.tables.tsv";
+  std::ofstream(path) << "Table\t1\nLayout\nTable\t4\nLayout\n";
+  const Outcome outcome = document.Action(9, path);
+  std::remove(path.c_str());
+  return outcome;
+}
+
 const SweptOperation kOperations[] = {
+    {"RetagLayoutTables", WithTableMetadata, RetagLayoutTables},
+    {"ApplyTableMetadata", WithTableMetadata, [](OpenDocument& document) { return document.Action(12); }},
     {"SynchroniseForms", WithForm, SynchroniseForms, {.mayStayOpen = {"documents", "paths"}}},
     {"RemoveEmptyTags", WithEmptyTags, [](OpenDocument& document) { return document.Action(6); }},
     {"MarkEmptyTags", WithEmptyTags, [](OpenDocument& document) { return document.Action(7); }},
