@@ -2,6 +2,8 @@
 
 #include <stdexcept>
 
+#include "src/common/PageHelpers.h"
+
 namespace tgx {
 
 PDFAction::~PDFAction() = default;
@@ -28,12 +30,7 @@ void PDFAction::AcquirePages() {
 }
 
 void PDFAction::CommitPages() {
-  for (const PDPage page : pages_) {
-    PDPageSetPDEContent(page, ExtensionId());
-    PDPageReleasePDEContent(page, ExtensionId());
-    PDPageNotifyContentsDidChange(page);
-    PDPageRelease(page);
-  }
+  for (const PDPage page : pages_) FinishPage(page);
 }
 
 }  // namespace tgx

@@ -1,0 +1,51 @@
+#pragma once
+
+#include <list>
+#include <string>
+#include <vector>
+
+#include "src/api/HostBinding.h"
+#include "src/common/TextEncoding.h"
+
+namespace tgx {
+
+/// Removes an element from its parent, with everything below it: marked content that stands directly in a page's list leaves
+/// its page, content inside another container stays there.
+void RemoveElementWithContent(PDSElement element);
+
+/// The place of `kid` among the kids of `parent`, which may be the tree root; -1 if it is none of them or `parent` is null.
+int GetKidIndex(PDSElement parent, CosObj kid);
+int GetIndexInParent(CosObj element);
+/// The parent of an element, the tree root included; the null object for the null object and for an element without one.
+PDSElement GetParent(CosObj element);
+
+/// The bytes of the title or of "Alt" as the document stores them, and two zero bytes behind them; empty where the element
+/// has none. The result is the size of `out`.
+int GetTitle(PDSElement element, std::vector<char>& out);
+int GetAlt(PDSElement element, std::vector<char>& out);
+/// As GetAlt, but with the two zero bytes alone where the element has no "Alt".
+void GetAltInto(PDSElement element, std::vector<char>& out);
+void ReadAltBytes(PDSElement element, ByteVector& out);
+
+/// The bytes of the element's own "Lang" that are not zero. False and empty where it has none.
+bool GetLanguage(PDSElement element, std::vector<char>& out);
+/// Sets "Lang" to these bytes. False, with nothing done, for no bytes.
+bool SetLanguage(PDSElement element, const std::vector<char>& lang);
+/// Sets "Lang" of the first top-level element that is, or is mapped to, a "Document".
+void SetDocumentLanguage(PDDoc document, const std::vector<char>& lang);
+
+bool ContainsCosObj(const std::list<CosObj>& list, CosObj object);
+
+/// What the role map maps `type` to, in one step; `type` itself where nothing does.
+std::string ResolveRole(PDDoc document, const std::string& type);
+
+/// Appends the elements, from `element` down, whose "Alt" or title holds the bytes of `needle`, kids before parents. The two
+/// zero bytes behind a text take part; an empty needle is in every text.
+void FindByAlt(PDSElement element, const std::vector<char>& needle, std::list<PDSElement>& out);
+void FindByTitle(PDSElement element, const std::vector<char>& needle, std::list<PDSElement>& out);
+
+/// The page with that dictionary, found by trying the pages of its document one by one, for the caller to release. Throws
+/// std::runtime_error when it is none of them.
+PDPage AcquirePageByCos(CosObj page);
+
+}  // namespace tgx
