@@ -35,14 +35,14 @@ constexpr Step kSteps[] = {
     {kAction, 17, "mathml", "", "attach to formulas their MathML", false},
     {kAction, 18, "reserved", "", "does nothing", true},
     {kFix, 0x1, "double-bullets", "", "remove the second copy of list bullets", false},
-    {kFix, 0x2, "extra-paragraphs", "", "remove paragraphs that hold a table and nothing else", false},
+    {kFix, 0x2, "extra-paragraphs", "", "remove paragraphs that hold a table and nothing else", true},
     {kFix, 0x4, "main-language", "", "give the document the language of most of its text", false},
     {kFix, 0x10, "language-tags", "", "write languages as binary tags", false},
     {kFix, 0x20, "language-brackets", "", "write languages in brackets", false},
     {kFix, 0x40, "table-headers-footers", "", "keep the first head and the last foot of tables that repeat them", false},
     {kFix, 0x80, "table-layout", "", "dissolve tables that hold other elements than those of tables", false},
     {kFix, 0x100, "button-widgets", "", "turn the widgets of push buttons into stamps", false},
-    {kFix, 0x200, "role-map", "", "remove types that are mapped to themselves from the role map", false},
+    {kFix, 0x200, "role-map", "", "remove types that are mapped to themselves from the role map", true},
 };
 
 /// A whole number, decimal or with 0x in front; nothing before it and nothing after.

@@ -4,6 +4,8 @@
 #include "src/actions/AttLayoutTableFix/AttLayoutTableFix.h"
 #include "src/actions/EmptyTag/EmptyTagFix.h"
 #include "src/actions/FixEndNote/FixEndNoteAction.h"
+#include "src/fixes/RemoveExtraParaTag/CExtraPTagRemover.h"
+#include "src/fixes/RoleMap/RoleMapFix.h"
 #include "src/forms/AcroFormSync.h"
 
 namespace tgx {
@@ -38,13 +40,34 @@ int RetagLayoutTables(PDDoc document, const char* path) {
   return succeeded ? TGX_OK : TGX_FAILED;
 }
 
+template <typename Fixer>
+bool RunFixer(PDDoc document) {
+  Fixer fixer;
+  return fixer.Run(document);
+}
+
+bool RunRoleMapFix(PDDoc document) {
+  RoleMapFix fix;
+  fix.SetDocument(document);
+  return fix.ApplyFix();
+}
+
+// clang-format off
 constexpr ActionRow kActions[] = {
-    {4, SynchroniseForms},  {6, RunWorker<EmptyTagFix>},   {7, RunWorker<EmptyTagFix, &EmptyTagFix::MarkEmpty>},
-    {9, RetagLayoutTables}, {12, RunWorker<AttFixAction>}, {15, RunWorker<FixEndNoteAction>},
+    {4, SynchroniseForms},
+    {6, RunWorker<EmptyTagFix>},
+    {7, RunWorker<EmptyTagFix, &EmptyTagFix::MarkEmpty>},
+    {9, RetagLayoutTables},
+    {12, RunWorker<AttFixAction>},
+    {15, RunWorker<FixEndNoteAction>},
     {18, RunNothing},
 };
 
-constexpr std::span<const FixRow> kFixes = {};
+constexpr FixRow kFixes[] = {
+    {0x2, RunFixer<CExtraPTagRemover>},
+    {0x200, RunRoleMapFix},
+};
+// clang-format on
 
 }  // namespace
 

@@ -7,7 +7,7 @@
 #include <vector>
 
 #include "src/logging/FileLogger.h"
-#include "tests/src/logging/LogFixture.h"
+#include "tests/support/LogFolder.h"
 
 namespace tgx {
 namespace {

@@ -5,7 +5,7 @@
 
 #include <string>
 
-#include "tests/src/logging/LogFixture.h"
+#include "tests/support/LogFolder.h"
 
 namespace tgx {
 namespace {
