@@ -93,39 +93,39 @@ PageRef PageOfKid(StructureTree& tree, NodeId parent, const Kid& kid) {
   return PageOfReferredObject(tree, tree.Nodes().ItemOf(kid));
 }
 
-PDEContainer ContainerOfKid(StructureTree& tree, NodeId parent, const Kid& kid) {
-  if (kid.Kind() != KidKind::kNumber && kid.Kind() != KidKind::kReference) return nullptr;
-  if (kid.mcid < 0) return nullptr;
-  const PageRef page = PageOfKid(tree, parent, kid);
-  return page < 0 ? nullptr : tree.Owner().Contents().ContainerOf(page, kid.mcid);
+PDEContainer ContainerOfKid(StructureTree& tree, const Kid& kid, PageRef page) {
+  const bool isPageContent = kid.Kind() == KidKind::kNumber || kid.Kind() == KidKind::kReference;
+  if (!isPageContent || kid.mcid < 0 || page < 0) return nullptr;
+  return tree.Owner().Contents().ContainerOf(page, kid.mcid);
 }
 
 CosObj HandleOfPage(StructureTree& tree, PageRef page) {
   return page == kNoPage ? kNullObject : tree.Owner().HandleOf(tree.Nodes().PageObject(page));
 }
 
-PDSMCInfo McInfoOf(StructureTree& tree, NodeId parent, const Kid& kid) {
-  PDSMCInfo info = {};
-  info.size = sizeof(PDSMCInfo);
-  info.mcid = kid.mcid;
-  info.page = HandleOfPage(tree, PageOfKid(tree, parent, kid));
-  if (kid.Kind() == KidKind::kStreamReference) {
-    QPDFObjectHandle& item = tree.Nodes().ItemOf(kid);
-    info.stream = tree.Owner().HandleOf(item.getKey("/Stm"));
-    info.streamOwner = tree.Owner().HandleOf(item.getKey("/StmOwn"));
-  }
-  return info;
-}
-
 ASAtom AnswerAboutKid(StructureTree& tree, NodeId parent, ASInt32 index, const KidQuestion& question) {
   const Kid kid = KidAt(tree, parent, index);
-  void* const container = question.pointer != nullptr ? ContainerOfKid(tree, parent, kid) : nullptr;
+  QPDFObjectHandle& item = tree.Nodes().ItemOf(kid);
+  PageRef pageRef = kNoPage;
+  CosObj page = kNullObject;
+  if (question.page != nullptr || question.mcInfo != nullptr || question.pointer != nullptr) {
+    pageRef = PageOfKid(tree, parent, kid);
+    page = HandleOfPage(tree, pageRef);
+  }
+  // First what can fail: outputs are written only when all of them are known.
+  void* const container = question.pointer != nullptr ? ContainerOfKid(tree, kid, pageRef) : nullptr;
+  if (question.pointer != nullptr) *question.pointer = container;
   if (question.kid != nullptr) *question.kid = ObjectOfKid(tree, kid);
   if (question.mcid != nullptr) *question.mcid = kid.mcid;
-  if (question.mcInfo != nullptr) *question.mcInfo = McInfoOf(tree, parent, kid);
-  if (question.pointer != nullptr) *question.pointer = container;
-  if (question.page != nullptr) *question.page = HandleOfPage(tree, PageOfKid(tree, parent, kid));
-  return TypeNameOf(kid.Kind(), tree.Nodes().ItemOf(kid));
+  if (question.page != nullptr) *question.page = page;
+  if (question.mcInfo != nullptr) {
+    *question.mcInfo = {sizeof(PDSMCInfo), 0, kid.mcid, 0, kNullObject, kNullObject, page};
+    if (kid.Kind() == KidKind::kStreamReference) {
+      question.mcInfo->stream = tree.Owner().HandleOf(item.getKey("/Stm"));
+      question.mcInfo->streamOwner = tree.Owner().HandleOf(item.getKey("/StmOwn"));
+    }
+  }
+  return TypeNameOf(kid.Kind(), item);
 }
 
 }  // namespace tgx::host

@@ -16,14 +16,11 @@ CosObj ObjectOfKid(StructureTree& tree, const Kid& kid);
 /// Others: their own, the nearest above; object references, for lack of both, the page that the object names.
 PageRef PageOfKid(StructureTree& tree, NodeId parent, const Kid& kid);
 
-/// The container in the page's content that goes with a kid, null for everything but marked content of a page. Parses the
-/// page.
-PDEContainer ContainerOfKid(StructureTree& tree, NodeId parent, const Kid& kid);
+/// The container in the page's content that goes with a kid on that page, null for everything but marked content of a page.
+/// Parses the page.
+PDEContainer ContainerOfKid(StructureTree& tree, const Kid& kid, PageRef page);
 
 CosObj HandleOfPage(StructureTree& tree, PageRef page);
-
-/// Whole record for any kind of kid.
-PDSMCInfo McInfoOf(StructureTree& tree, NodeId parent, const Kid& kid);
 
 /// What a client asks about a kid; null where it does not want to know.
 struct KidQuestion {

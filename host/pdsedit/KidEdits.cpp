@@ -196,7 +196,7 @@ void RemoveMarkedContent(StructureTree& tree, NodeId element, CosObj page, PDECo
   } else {
     index = FirstKid(kids, [&](const Kid& kid) {
       return kid.IsMarkedContent() && PageOfKid(tree, element, kid) == pageRef &&
-             ContainerOfKid(tree, element, kid) == nullptr;
+             ContainerOfKid(tree, kid, pageRef) == nullptr;
     });
     if (index == kNoIndex) FailNotFound(tree.Nodes()[element], "marked content without a container on that page");
   }
