@@ -7,6 +7,8 @@
 #include <iterator>
 #include <stdexcept>
 
+#include "tests/support/Paths.h"
+
 namespace tgx::test {
 
 void PrintTo(const DataFile& file, std::ostream* out) { *out << file.name; }
@@ -14,7 +16,7 @@ void PrintTo(const DataFile& file, std::ostream* out) { *out << file.name; }
 std::vector<DataFile> DataFiles() {
   std::vector<DataFile> files;
   for (const std::string folder : {"samples", "corpus"}) {
-    for (const auto& entry : std::filesystem::directory_iterator(std::string(TGX_TEST_DATA "/") + folder)) {
+    for (const auto& entry : std::filesystem::directory_iterator(DataPath(folder))) {
       if (entry.path().extension() != ".pdf") continue;
       files.push_back({folder + "/" + entry.path().filename().string(), entry.path().string()});
     }

@@ -11,6 +11,7 @@
 #include <qpdf/QPDFPageDocumentHelper.hh>
 #include <qpdf/QPDFWriter.hh>
 
+#include "tests/support/Paths.h"
 #include "tests/support/TreeText.h"
 
 namespace tgx::test {
@@ -202,7 +203,7 @@ void ExpectSound(const std::string& bytes) {
 }
 
 void ExpectGolden(const std::string& name, const std::string& text) {
-  const std::string path = std::string(TGX_SOURCE_DIR) + "/tests/golden/" + name + ".txt";
+  const std::string path = SourcePath("tests/golden/" + name + ".txt");
   const char* update = std::getenv("UPDATE");
   if (update != nullptr && std::string(update) == "1") {
     std::ofstream(path, std::ios::binary) << text;

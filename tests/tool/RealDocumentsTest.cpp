@@ -7,6 +7,7 @@
 #include <gtest/gtest.h>
 #include <nlohmann/json.hpp>
 
+#include "tests/support/Paths.h"
 #include "tests/tool/RunTool.h"
 
 namespace tgx::test {
@@ -16,8 +17,8 @@ using Json = nlohmann::ordered_json;
 
 std::vector<std::string> RealDocuments() {
   std::vector<std::string> paths;
-  for (const char* folder : {"/samples", "/corpus"}) {
-    for (const auto& entry : std::filesystem::directory_iterator(std::string(TGX_TEST_DATA) + folder)) {
+  for (const char* folder : {"samples", "corpus"}) {
+    for (const auto& entry : std::filesystem::directory_iterator(test::DataPath(folder))) {
       if (entry.path().extension() == ".pdf") paths.push_back(entry.path().string());
     }
   }

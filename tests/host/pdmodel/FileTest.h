@@ -11,6 +11,8 @@
 #include <tgx/embedded_host.h>
 #include <qpdf/QPDF.hh>
 
+#include "tests/support/Paths.h"
+
 namespace tgx::host {
 
 /// A test with a folder of its own, gone afterwards.
@@ -39,8 +41,8 @@ class FileTest : public testing::Test {
     return bytes.str();
   }
 
-  static std::string Corpus(std::string_view name) { return std::string(TGX_TEST_DATA "/corpus/") + std::string(name); }
-  static std::string Sample(std::string_view name) { return std::string(TGX_TEST_DATA "/samples/") + std::string(name); }
+  static std::string Corpus(std::string_view name) { return test::DataPath("corpus/") + std::string(name); }
+  static std::string Sample(std::string_view name) { return test::DataPath("samples/") + std::string(name); }
 
   /// The names in the test's folder, one after the other: what a failure must not add to.
   std::string Listing() const {

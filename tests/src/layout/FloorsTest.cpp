@@ -10,6 +10,8 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include "tests/support/Paths.h"
+
 namespace tgx {
 namespace {
 
@@ -26,7 +28,7 @@ struct Include {
 std::vector<Include> IncludesBelow(const std::string& folder) {
   static const std::regex kDirective(R"re(\s*#\s*include\s*([<"])([^>"]+)[>"].*)re");
   std::vector<Include> includes;
-  const fs::path root = TGX_SOURCE_DIR;
+  const fs::path root = test::SourcePath("");
   for (const auto& entry : fs::recursive_directory_iterator(root / folder)) {
     const std::string ending = entry.path().extension().string();
     if (ending != ".h" && ending != ".cpp" && ending != ".c" && ending != ".def") continue;

@@ -13,6 +13,8 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include "tests/support/Paths.h"
+
 namespace tgx {
 namespace {
 
@@ -82,7 +84,7 @@ class ElfFile {
 };
 
 const ElfFile& Library() {
-  static const ElfFile file(TGX_BINARY_DIR "/lib/libtgx.so");
+  static const ElfFile file(test::BinaryPath("lib/libtgx.so"));
   return file;
 }
 

@@ -15,6 +15,7 @@
 #include <qpdf/QUtil.hh>
 
 #include "tests/host/pdfedit/fonts/PageTextScan.h"
+#include "tests/support/Paths.h"
 
 namespace tgx::host {
 namespace {
@@ -64,8 +65,8 @@ std::string ToUtf8(const std::u16string& text) {
 
 std::vector<std::filesystem::path> Documents() {
   std::vector<std::filesystem::path> files;
-  for (const char* folder : {TGX_TEST_DATA "/corpus", TGX_TEST_DATA "/samples"}) {
-    for (const auto& entry : std::filesystem::directory_iterator(folder)) {
+  for (const char* folder : {"corpus", "samples"}) {
+    for (const auto& entry : std::filesystem::directory_iterator(test::DataPath(folder))) {
       if (entry.path().extension() == ".pdf") files.push_back(entry.path());
     }
   }

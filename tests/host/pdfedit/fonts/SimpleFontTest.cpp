@@ -5,6 +5,7 @@
 
 #include "host/pdfedit/fonts/Font.h"
 #include "host/pdfedit/fonts/FontFile.h"
+#include "tests/support/Paths.h"
 
 namespace tgx::host {
 namespace {
@@ -170,7 +171,7 @@ TEST(SimpleFont, EveryFontIsReadSomehow) {
 /// The descriptor of the first font of that name in a document of the corpus.
 QPDFObjectHandle DescriptorIn(QPDF& file, const char* document, const std::string& name) {
   file.setSuppressWarnings(true);
-  file.processFile((TGX_TEST_DATA "/corpus/" + std::string(document)).c_str());
+  file.processFile(test::DataPath("corpus/" + std::string(document)).c_str());
   for (QPDFObjectHandle& object : file.getAllObjects()) {
     if (object.isDictionary() && object.getKey("/FontName").isNameAndEquals(name)) return object;
   }
