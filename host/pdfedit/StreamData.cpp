@@ -41,7 +41,6 @@ StreamData Pipe(QPDFObjectHandle stream, qpdf_stream_decode_level_e level, std::
   try {
     isWhole = stream.pipeStreamData(&sink, &isFiltered, 0, level, /*suppress_warnings=*/true);
   } catch (const std::exception&) {  // what came through before stays
-    isFiltered = true;
   }
   data.isDecoded = isFiltered;
   data.isTruncated = !isWhole || sink.IsFull();
@@ -93,6 +92,7 @@ StreamData Peel(const std::string& raw, QPDFObjectHandle dictionary, std::size_t
     return {raw.substr(0, limit), filters.empty(), raw.size() > limit};
   }
   QPDF scratch;
+  scratch.setSuppressWarnings(true);
   scratch.emptyPDF();
   QPDFObjectHandle stream = scratch.newStream(raw);
   stream.getDict().replaceKey("/Filter", leading);
