@@ -1,14 +1,91 @@
 #include "host/pdfedit/PageContents.h"
 
+#include <algorithm>
+
 #include "host/core/HostError.h"
+#include "host/pdfedit/Handles.h"
+#include "host/pdmodel/Document.h"
+#include "host/pdmodel/PageList.h"
 
 namespace tgx::host {
 
-void PageContents::BeforeCosRead(const QPDFObjectHandle&, std::string_view) {}
-void PageContents::AfterCosEdit(const QPDFObjectHandle&, std::string_view) {}
-PDEContainer PageContents::ContainerOf(ASInt32, ASInt32) { return nullptr; }
-ASInt32 PageContents::McidOf(PDEContainer) { throw HostError(kASBadParameter, "no living container has this handle"); }
-void PageContents::WriteCommitted() {}
-void PageContents::DropUnchanged() { static_cast<void>(document_); }
+PageContents::~PageContents() { CreatedText::ForgetFonts(&fonts_); }
+
+PageModel* PageContents::Find(ASInt32 pageIndex) noexcept {
+  const auto index = static_cast<std::size_t>(pageIndex);
+  return index < pages_.size() ? pages_[index].get() : nullptr;
+}
+
+PageModel& PageContents::Of(ASInt32 pageIndex) {
+  if (PageModel* known = Find(pageIndex)) return *known;
+  auto page = std::make_unique<PageModel>(*this, pageIndex);
+  const auto index = static_cast<std::size_t>(pageIndex);
+  if (index >= pages_.size()) pages_.resize(std::max<std::size_t>(index + 1, document_.Pages().Count()));
+  return *(pages_[index] = std::move(page));
+}
+
+PDEContainer PageContents::ContainerOf(ASInt32 pageIndex, ASInt32 mcid) { return Of(pageIndex).ContainerOf(mcid); }
+
+ASInt32 PageContents::McidOf(PDEContainer container) {
+  const ElementRef found = ElementOf(container, kPDEContainer);
+  return found.page->At(found.number).mcid;
+}
+
+void PageContents::Commit(PageModel& page) noexcept {
+  try {
+    page.Commit();
+    if (page.IsWaiting()) document_.MarkChanged();
+  } catch (...) {
+    failed_.push_back(page.PageIndex());
+  }
+}
+
+void PageContents::WriteCommitted() {
+  while (!failed_.empty()) {
+    if (PageModel* page = Find(failed_.back())) page->Commit();
+    failed_.pop_back();
+  }
+  while (!waiting_.empty()) {
+    if (PageModel* page = Find(waiting_.back())) page->Write();
+    waiting_.pop_back();
+  }
+}
+
+void PageContents::BeforeCosRead(const QPDFObjectHandle& container, std::string_view key) {
+  if (waiting_.empty() || (!key.empty() && key != "Contents" && key != "Resources")) return;
+  const ASInt32 pageIndex = document_.Pages().IndexOf(container);
+  PageModel* page = pageIndex < 0 ? nullptr : Find(pageIndex);
+  if (page == nullptr || !page->IsWaiting()) return;
+  page->Write();
+  waiting_.erase(std::remove(waiting_.begin(), waiting_.end(), pageIndex), waiting_.end());
+}
+
+void PageContents::AfterCosEdit(const QPDFObjectHandle& container, std::string_view) {
+  const auto [first, last] = watched_.equal_range(QPDFObjectHandle(container).getObjectPtr());
+  if (first == last) ++unknownEdits_;
+  for (auto watched = first; watched != last; ++watched) {
+    if (PageModel* page = Find(watched->second.pageIndex)) page->PropertiesChanged(watched->second.properties);
+  }
+}
+
+void PageContents::Watch(const QPDFObjectHandle& dictionary, ASInt32 pageIndex, std::uint32_t properties) {
+  watched_.emplace(QPDFObjectHandle(dictionary).getObjectPtr(), Watched{pageIndex, properties});
+}
+
+void PageContents::Unwatch(const QPDFObjectHandle& dictionary, ASInt32 pageIndex, std::uint32_t properties) noexcept {
+  const auto [first, last] = watched_.equal_range(QPDFObjectHandle(dictionary).getObjectPtr());
+  for (auto watched = first; watched != last; ++watched) {
+    if (watched->second.pageIndex == pageIndex && watched->second.properties == properties) {
+      watched_.erase(watched);
+      return;
+    }
+  }
+}
+
+void PageContents::DropUnchanged() {
+  for (auto& page : pages_) {
+    if (page != nullptr && !page->IsEdited()) page.reset();
+  }
+}
 
 }  // namespace tgx::host

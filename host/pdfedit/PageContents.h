@@ -1,11 +1,17 @@
 #pragma once
 
+#include <cstdint>
+#include <memory>
 #include <string_view>
+#include <unordered_map>
+#include <vector>
 
-#include <qpdf/QPDFObjectHandle.hh>
 #include <tgx/host.h>
+#include <qpdf/QPDFObjectHandle.hh>
 
 #include "host/cos/CosObserver.h"
+#include "host/pdfedit/model/DocumentFonts.h"
+#include "host/pdfedit/model/PageModel.h"
 
 namespace tgx::host {
 
@@ -15,6 +21,9 @@ class Document;
 class PageContents : public CosObserver {
  public:
   explicit PageContents(Document& document) : document_(document) {}
+  ~PageContents() override;
+  PageContents(const PageContents&) = delete;
+  PageContents& operator=(const PageContents&) = delete;
 
   void BeforeCosRead(const QPDFObjectHandle& container, std::string_view key) override;
   void AfterCosEdit(const QPDFObjectHandle& container, std::string_view key) override;
@@ -32,8 +41,39 @@ class PageContents : public CosObserver {
   /// Forgets the models of pages that nobody changed. Only while no content handle is in use.
   void DropUnchanged();
 
+  /// The model of a page, read when it is first asked for. Throws kASOutOfRange, kASDamagedDocument, kASNotSupported.
+  PageModel& Of(ASInt32 pageIndex);
+  /// The model of a page that has been read, null for another.
+  PageModel* Find(ASInt32 pageIndex) noexcept;
+
+  /// Commits what was edited on a page. Never throws: a failure shows when the document is written.
+  void Commit(PageModel& page) noexcept;
+
+  Document& InDocument() const { return document_; }
+  DocumentFonts& Fonts() { return fonts_; }
+
+  /// Tells a page when one of its property dictionaries is edited through the Cos operations.
+  void Watch(const QPDFObjectHandle& dictionary, ASInt32 pageIndex, std::uint32_t properties);
+  void Unwatch(const QPDFObjectHandle& dictionary, ASInt32 pageIndex, std::uint32_t properties) noexcept;
+  /// Counts the Cos edits of objects that nobody watches; an array inside a property dictionary may be among them.
+  std::uint64_t UnknownEdits() const { return unknownEdits_; }
+
+  /// Committed edits of a page wait to be written.
+  void Waits(PageModel& page) { waiting_.push_back(page.PageIndex()); }
+
  private:
+  struct Watched {
+    ASInt32 pageIndex;
+    std::uint32_t properties;
+  };
+
   Document& document_;
+  DocumentFonts fonts_;
+  std::unordered_multimap<const QPDFObject*, Watched> watched_;
+  std::uint64_t unknownEdits_ = 0;
+  std::vector<ASInt32> waiting_;  ///< page indices
+  std::vector<ASInt32> failed_;   ///< pages whose commit failed
+  std::vector<std::unique_ptr<PageModel>> pages_;
 };
 
 }  // namespace tgx::host

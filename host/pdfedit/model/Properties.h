@@ -1,0 +1,36 @@
+#pragma once
+
+#include <cstdint>
+#include <optional>
+#include <string>
+#include <string_view>
+
+#include <qpdf/QPDF.hh>
+#include <qpdf/QPDFObjectHandle.hh>
+
+namespace tgx::host {
+
+/// A property dictionary of marked content as a Cos object: a resource that several containers may use, or the inline one of
+/// one container.
+struct Properties {
+  QPDFObjectHandle dictionary;
+  std::uint32_t container;  ///< of an inline one
+  bool isEdited = false;    ///< since the last commit
+  bool isNested = false;    ///< holds arrays or dictionaries, whose edits do not tell where they stand
+};
+
+/// The dictionary of an inline operand as a direct object of the document; nothing when it cannot be understood.
+std::optional<QPDFObjectHandle> ParseProperties(QPDF& pdf, std::string_view text);
+
+/// "MCID" of a dictionary, -1 when it has none that is an integer from 0 up.
+std::int32_t McidOf(QPDFObjectHandle dictionary);
+
+/// The same from the text of an inline dictionary, without making objects.
+std::int32_t McidOf(std::string_view dictionaryText);
+
+bool HoldsContainers(QPDFObjectHandle dictionary);
+
+/// Whether a reference stands anywhere in a direct object.
+bool HoldsReference(QPDFObjectHandle object);
+
+}  // namespace tgx::host
