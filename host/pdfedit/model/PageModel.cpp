@@ -161,7 +161,7 @@ Properties* PageModel::PropertiesOf(std::uint32_t container) {
   if (element.dictionary == kNone) {
     ContentReader reader(bytes_, element.begin);
     const bool isRead = reader.Next() && reader.Has(1);
-    auto dictionary = isRead ? ParseProperties(contents_.InDocument().Pdf(), reader.Operand(0, 1).In(bytes_)) : std::nullopt;
+    auto dictionary = isRead ? ParseProperties(contents_.InDocument(), reader.Operand(0, 1).In(bytes_)) : std::nullopt;
     if (!dictionary) {
       element.flags |= Element::kWithoutDictionary;
       return nullptr;

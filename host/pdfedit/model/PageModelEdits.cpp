@@ -168,7 +168,7 @@ void PageModel::CommitProperties(std::uint32_t number) {
     if (!wasWritten) {
       ContentReader reader(bytes_, At(container).begin);
       reader.Next();
-      auto original = ParseProperties(contents_.InDocument().Pdf(), reader.Operand(0, 1).In(bytes_));
+      auto original = ParseProperties(contents_.InDocument(), reader.Operand(0, 1).In(bytes_));
       if (original && original->unparseResolved() == text) return;
     } else if (*known->second.committedProperties == text) {
       return;

@@ -1,5 +1,7 @@
 #include "host/pdfedit/model/PageResources.h"
 
+#include "host/cos/Dictionaries.h"
+#include "host/cos/Names.h"
 #include "host/pdfedit/reading/Syntax.h"
 
 namespace tgx::host {
@@ -22,7 +24,7 @@ QPDFObjectHandle PageResources::Find(const char* category, std::string_view name
   if (!QPDFObjectHandle(resources).isDictionary()) return QPDFObjectHandle::newNull();
   QPDFObjectHandle named = QPDFObjectHandle(resources).getKey(category);
   if (!named.isDictionary()) return QPDFObjectHandle::newNull();
-  return named.getKey("/" + NameValue(nameToken));
+  return DictGet(named, NameValue(nameToken));
 }
 
 DocumentFont* PageResources::Font(std::string_view nameToken) {
@@ -72,14 +74,14 @@ std::string PageResources::NameFor(const char* category, const QPDFObjectHandle&
     for (const std::string& key : named.getKeys()) {
       QPDFObjectHandle value = named.getKey(key);
       value.isNull();  // resolves a reference
-      if (value.getObjectPtr() == QPDFObjectHandle(object).getObjectPtr()) return key.substr(1);
+      if (value.getObjectPtr() == QPDFObjectHandle(object).getObjectPtr()) return FromQpdfName(key);
     }
   }
   QPDFObjectHandle own = OwnCategory(category);
   int number = 0;
-  while (own.hasKey("/" + prefix + std::to_string(number))) ++number;
+  while (DictHas(own, prefix + std::to_string(number))) ++number;
   const std::string name = prefix + std::to_string(number);
-  own.replaceKey("/" + name, object);
+  DictSet(own, name, object);
   return name;
 }
 

@@ -4,7 +4,9 @@
 #include <limits>
 #include <new>
 
+#include "host/cos/NameSpelling.h"
 #include "host/pdfedit/reading/ContentReader.h"
+#include "host/pdmodel/Document.h"
 
 namespace tgx::host {
 namespace {
@@ -29,10 +31,12 @@ bool HoldsReference(const QPDFObjectHandle& object, int depth) {
 
 }  // namespace
 
-std::optional<QPDFObjectHandle> ParseProperties(QPDF& pdf, std::string_view text) {
+std::optional<QPDFObjectHandle> ParseProperties(Document& document, std::string_view text) {
   try {
-    QPDFObjectHandle dictionary = QPDFObjectHandle::parse(&pdf, std::string(text), "marked-content properties");
-    if (dictionary.isDictionary() && !dictionary.isIndirect()) return dictionary;
+    QPDFObjectHandle dictionary = QPDFObjectHandle::parse(&document.Pdf(), std::string(text), "marked-content properties");
+    if (!dictionary.isDictionary() || dictionary.isIndirect()) return std::nullopt;
+    if (text.find('#') != std::string_view::npos) document.Names().Settle(dictionary);
+    return dictionary;
   } catch (const std::bad_alloc&) {
     throw;
   } catch (const std::exception&) {  // damaged: the container counts as one without a dictionary

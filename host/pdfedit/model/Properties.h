@@ -5,10 +5,11 @@
 #include <string>
 #include <string_view>
 
-#include <qpdf/QPDF.hh>
 #include <qpdf/QPDFObjectHandle.hh>
 
 namespace tgx::host {
+
+class Document;
 
 /// A property dictionary of marked content as a Cos object: a resource that several containers may use, or the inline one of
 /// one container.
@@ -20,7 +21,7 @@ struct Properties {
 };
 
 /// The dictionary of an inline operand as a direct object of the document; nothing when it cannot be understood.
-std::optional<QPDFObjectHandle> ParseProperties(QPDF& pdf, std::string_view text);
+std::optional<QPDFObjectHandle> ParseProperties(Document& document, std::string_view text);
 
 /// "MCID" of a dictionary, -1 when it has none that is an integer from 0 up.
 std::int32_t McidOf(QPDFObjectHandle dictionary);

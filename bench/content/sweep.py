@@ -1,0 +1,177 @@
+#!/usr/bin/env python3
+"""Sweeps over PDF documents with content_sweep and compares what viewers make of the results.
+
+    sweep.py PROGRAM operators FILE...     each page anew from its operators: identical pixels and text
+    sweep.py PROGRAM remove FILE...        each container of each page taken out in turn: pixels outside its box and the
+                                           words outside it stay as they are
+    sweep.py PROGRAM text FILE...          characters of the pages against pdftotext
+    sweep.py PROGRAM boxes FILE...         left and right edges of texts against the words of pdftotext -bbox
+"""
+import collections
+import html
+import os
+import re
+import subprocess
+import sys
+import tempfile
+
+RESOLUTION = 100
+MARGIN = 4  # pixels around a box: line widths, glyphs that reach beyond their metrics, smoothing
+
+
+def run(*arguments):
+    return subprocess.run(arguments, capture_output=True, check=False).stdout
+
+
+def images(path):
+    """Width, height and RGB bytes of each page."""
+    data = run("pdftoppm", "-r", str(RESOLUTION), path)
+    pages, at = [], 0
+    while at < len(data):
+        match = re.match(rb"P6\s(\d+) (\d+)\s255\s", data[at:at + 64])
+        width, height = int(match[1]), int(match[2])
+        at += match.end()
+        pages.append((width, height, data[at:at + width * height * 3]))
+        at += width * height * 3
+    return pages
+
+
+def words(path):
+    """The words of each page with their boxes, from the top left, in points."""
+    text = run("pdftotext", "-bbox", path, "-").decode("utf8", "replace")
+    pages = []
+    for line in text.splitlines():
+        if "<page " in line:
+            pages.append([])
+        match = re.search(r'<word xMin="([-\d.]+)" yMin="([-\d.]+)" xMax="([-\d.]+)" yMax="([-\d.]+)">(.*)</word>', line)
+        if match:
+            pages[-1].append((html.unescape(match[5]),) + tuple(float(match[i]) for i in (1, 2, 3, 4)))
+    return pages
+
+
+def page_sizes(path):
+    text = run("pdfinfo", "-f", "1", "-l", "100000", "-box", path).decode("latin1")
+    sizes = {}
+    for match in re.finditer(r"Page\s+(\d+) (CropBox|rot):\s+(.*)", text):
+        sizes.setdefault(int(match[1]), {})[match[2]] = match[3].split()
+    return sizes
+
+
+def check_operators(program, path, out):
+    subprocess.run([program, "operators", path, out], check=True)
+    problems = []
+    if run("pdftotext", "-raw", path, "-") != run("pdftotext", "-raw", out, "-"):
+        problems.append("text differs")
+    for number, (before, after) in enumerate(zip(images(path), images(out)), 1):
+        if before != after:
+            problems.append(f"page {number}: pixels differ")
+    return problems
+
+
+def differing_pixels(before, after):
+    width, _, old = before
+    new = after[2]
+    stride = width * 3
+    for row in range(len(old) // stride):
+        a, b = old[row * stride:(row + 1) * stride], new[row * stride:(row + 1) * stride]
+        if a == b:
+            continue
+        for column in range(width):
+            if a[column * 3:column * 3 + 3] != b[column * 3:column * 3 + 3]:
+                yield column, row
+
+
+def check_remove(program, path, out):
+    problems = []
+    before, old_words, boxes = images(path), words(path), page_sizes(path)
+    number = 0
+    while True:
+        done = subprocess.run([program, "remove", path, out, str(number)], check=False, capture_output=True)
+        if done.returncode != 0:
+            return problems + [f"container {number}: {done.stderr.decode()}"]
+        removed = {int(line.split()[0]): tuple(map(float, line.split()[1:])) for line in done.stdout.decode().splitlines()}
+        if not removed:
+            return problems
+        after, new_words = images(out), words(out)
+        scale = RESOLUTION / 72
+        for page, (left, bottom, right, top) in removed.items():
+            crop = [float(value) for value in boxes[page]["CropBox"]]
+            if boxes[page]["rot"] != ["0"]:
+                continue
+            x0, x1 = (left - crop[0]) * scale - MARGIN, (right - crop[0]) * scale + MARGIN
+            y0, y1 = (crop[3] - top) * scale - MARGIN, (crop[3] - bottom) * scale + MARGIN
+            stray = [p for p in differing_pixels(before[page - 1], after[page - 1])
+                     if not (x0 <= p[0] <= x1 and y0 <= p[1] <= y1)]
+            if stray:
+                problems.append(f"page {page} container {number}: {len(stray)} pixels outside the box, first {stray[0]}, "
+                                f"box {x0:.0f} {y0:.0f} {x1:.0f} {y1:.0f}")
+
+            def key(word):
+                return word[0], round(word[1]), round(word[2])
+
+            def is_near(word):
+                return (word[3] * scale >= x0 and word[1] * scale <= x1 and word[4] * scale >= y0 - 2 * MARGIN and
+                        word[2] * scale <= y1 + 2 * MARGIN)
+
+            old = collections.Counter(key(w) for w in old_words[page - 1] if not is_near(w))
+            new = collections.Counter(key(w) for w in new_words[page - 1] if not is_near(w))
+            if old != new:
+                problems.append(f"page {page} container {number}: words outside the box differ: "
+                                f"{list((old - new).elements())[:3]} {list((new - old).elements())[:3]}")
+        number += 1
+
+
+def characters(text):
+    return collections.Counter(c for c in text if not c.isspace() and c not in "\u00ad\u200b\ufeff\0")
+
+
+def check_text(program, path, _):
+    problems = []
+    pages = run("pdftotext", "-raw", path, "-").decode("utf8", "replace").split("\f")[:-1]
+    for number, page in enumerate(pages, 1):
+        ours = characters(run(program, "text", path, str(number)).decode("utf8", "replace"))
+        theirs = characters(page)
+        if ours != theirs:
+            problems.append(f"page {number}: only here {dict(ours - theirs)}, only there {dict(theirs - ours)}"[:300])
+    return problems
+
+
+def check_boxes(program, path, _):
+    """Each word of pdftotext must lie inside a text's box horizontally, and each text's edge must be a word's edge."""
+    problems = []
+    sizes = page_sizes(path)
+    for number, page in enumerate(words(path), 1):
+        if sizes[number]["rot"] != ["0"]:
+            continue
+        crop = [float(value) for value in sizes[number]["CropBox"]]
+        texts = []
+        for line in run(program, "boxes", path, str(number)).decode("utf8", "replace").splitlines():
+            parts = line.split(" ", 4)
+            if len(parts) == 5 and parts[4].strip():
+                left, bottom, right, top = (float(v) for v in parts[:4])
+                texts.append((left - crop[0], crop[3] - top, right - crop[0], crop[3] - bottom, parts[4]))
+        for word, x0, y0, x1, y1 in page:
+            middle = (y0 + y1) / 2
+            same = [t for t in texts if t[1] <= middle <= t[3]]
+            if not any(t[0] - 1 <= x0 and x1 <= t[2] + 1 for t in same):
+                near = [f"{t[0]:.1f}-{t[2]:.1f}" for t in same if t[0] <= x1 and t[2] >= x0]
+                problems.append(f"page {number}: {word!r} {x0:.2f}-{x1:.2f} at {middle:.0f}, texts {near[:4]}")
+    return problems
+
+
+def main():
+    program, what, files = sys.argv[1], sys.argv[2], sys.argv[3:]
+    check = {"operators": check_operators, "remove": check_remove, "text": check_text, "boxes": check_boxes}[what]
+    failed = 0
+    with tempfile.TemporaryDirectory() as folder:
+        for path in files:
+            problems = check(program, path, os.path.join(folder, "out.pdf"))
+            failed += bool(problems)
+            print(f"{path}: {'ok' if not problems else len(problems)}")
+            for problem in problems[:8]:
+                print("   ", problem)
+    return 1 if failed else 0
+
+
+if __name__ == "__main__":
+    sys.exit(main())
