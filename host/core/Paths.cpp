@@ -41,9 +41,9 @@ const std::string& PathOf(ASPathName path) { return LivingPaths().Of(path); }
 
 void ReleasePath(ASPathName path) noexcept { LivingPaths().Remove(path); }
 
-std::string DisplayName(const std::string& path) {
+std::string OneLine(std::string_view text) {
   std::string out;
-  std::string_view rest = path;
+  std::string_view rest = text;
   while (!rest.empty()) {
     const std::size_t length = Utf8SequenceLength(rest);
     const bool isControl = length == 1 && (static_cast<unsigned char>(rest[0]) < 0x20 || rest[0] == 0x7F);
@@ -55,6 +55,11 @@ std::string DisplayName(const std::string& path) {
       rest.remove_prefix(length);
     }
   }
+  return out;
+}
+
+std::string DisplayName(std::string_view path) {
+  std::string out = OneLine(path);
   if (out.size() <= kLongestDisplayName) return out;
   std::size_t start = out.size() - kLongestDisplayName;
   while ((static_cast<unsigned char>(out[start]) & 0xC0U) == 0x80U) ++start;

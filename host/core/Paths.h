@@ -1,6 +1,7 @@
 #pragma once
 
 #include <string>
+#include <string_view>
 
 #include <tgx/host.h>
 
@@ -18,8 +19,11 @@ ASPathName CreatePath(std::string bytes);
 const std::string& PathOf(ASPathName path);  ///< throws kASBadParameter for null and released paths
 void ReleasePath(ASPathName path) noexcept;  ///< nothing for null and released paths
 
-/// A path for use in a message: bytes that are not UTF-8 and control characters are escaped, so that it stays one line, and
-/// the front of a long path is left out.
-std::string DisplayName(const std::string& path);
+/// Text of foreign origin for use in a message: bytes that are not UTF-8 and control characters are escaped, so that it
+/// stays one line.
+std::string OneLine(std::string_view text);
+
+/// A path for use in a message: one line, and the front of a long path is left out.
+std::string DisplayName(std::string_view path);
 
 }  // namespace tgx::host

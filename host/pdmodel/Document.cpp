@@ -2,13 +2,20 @@
 
 #include <cstdint>
 
+#include <qpdf/QPDFExc.hh>
+
 #include "host/core/HostError.h"
+#include "host/core/Paths.h"
 #include "host/pdfedit/PageContents.h"
+#include "host/pdmodel/AnnotationLists.h"
 #include "host/pdmodel/PageList.h"
+#include "host/pdmodel/Source.h"
 #include "host/pdsedit/StructureTree.h"
 
 namespace tgx::host {
 namespace {
+
+constexpr std::size_t kMostWarnings = 100;
 
 /// Documents by serial number; a closed one leaves an empty place, and serial numbers are never used again.
 std::vector<std::unique_ptr<Document>>& Registry() {
@@ -35,20 +42,26 @@ Document& Lookup(Handle handle, std::uintptr_t kind, const char* what) {
 
 }  // namespace
 
-Document::Document(ASUns32 serial, std::unique_ptr<QPDF> pdf, std::string name)
-    : serial_(serial), name_(std::move(name)), pdf_(std::move(pdf)), objects_(serial), names_(*this) {
+Document::Document(ASUns32 serial, std::unique_ptr<QPDF> pdf, std::string name, std::shared_ptr<Source> source)
+    : serial_(serial),
+      name_(std::move(name)),
+      source_(std::move(source)),
+      pdf_(std::move(pdf)),
+      objects_(serial),
+      names_(*this) {
   pages_ = std::make_unique<PageList>(*this);
+  annotations_ = std::make_unique<AnnotationLists>(*this);
   structure_ = std::make_unique<StructureTree>(*this);
   contents_ = std::make_unique<PageContents>(*this);
 }
 
 Document::~Document() = default;
 
-Document& Document::Adopt(std::unique_ptr<QPDF> pdf, std::string name) {
+Document& Document::Adopt(std::unique_ptr<QPDF> pdf, std::string name, std::shared_ptr<Source> source) {
   auto& documents = Registry();
   const auto serial = static_cast<ASUns32>(documents.size());
   documents.push_back(nullptr);
-  documents[serial].reset(new Document(serial, std::move(pdf), std::move(name)));
+  documents[serial].reset(new Document(serial, std::move(pdf), std::move(name), std::move(source)));
   return *documents[serial];
 }
 
@@ -79,6 +92,14 @@ ASUns32 PageIndex(PDPage handle) noexcept {
   return static_cast<ASUns32>((reinterpret_cast<std::uintptr_t>(handle) & 0xFFFFFFFFU) >> kIndexShift);
 }
 
+const std::vector<std::string>& Document::Warnings() {
+  for (const QPDFExc& warning : pdf_->getWarnings()) {
+    if (warnings_.size() == kMostWarnings) break;
+    warnings_.push_back(OneLine(warning.what()));
+  }
+  return warnings_;
+}
+
 void Document::BeforeCosRead(const QPDFObjectHandle& container, std::string_view key) {
   structure_->BeforeCosRead(container, key);
   contents_->BeforeCosRead(container, key);
@@ -87,6 +108,7 @@ void Document::BeforeCosRead(const QPDFObjectHandle& container, std::string_view
 void Document::AfterCosEdit(const QPDFObjectHandle& container, std::string_view key) {
   changed_ = true;
   pages_->AfterCosEdit(container, key);
+  annotations_->AfterCosEdit(container, key);
   structure_->AfterCosEdit(container, key);
   contents_->AfterCosEdit(container, key);
 }

@@ -14,8 +14,10 @@
 
 namespace tgx::host {
 
+class AnnotationLists;
 class PageContents;
 class PageList;
+class Source;
 class StructureTree;
 
 /// One open document: qpdf's view of the file, the handles given out for its objects, and the models kept over them.
@@ -24,9 +26,10 @@ class StructureTree;
 /// page's index), never an address: a handle of a closed document is recognised for good.
 class Document {
  public:
-  /// Takes over a file that qpdf has read; `name` is what messages call it. Reads the page list at once: qpdf may replace
-  /// page objects that stand in the page tree twice, so this comes before any handle.
-  static Document& Adopt(std::unique_ptr<QPDF> pdf, std::string name);
+  /// Takes over a file that qpdf has read; `name` is what messages call it, `source` what qpdf reads from, if it is ours.
+  /// Reads the page list at once: qpdf may replace page objects that stand in the page tree twice, so this comes before any
+  /// handle.
+  static Document& Adopt(std::unique_ptr<QPDF> pdf, std::string name, std::shared_ptr<Source> source = nullptr);
 
   /// The open document of a serial number, null if there is none.
   static Document* Find(ASUns32 serial) noexcept;
@@ -54,8 +57,15 @@ class Document {
   CosObj HandleOf(const QPDFObjectHandle& object) { return objects_.HandleOf(object); }
   NameSpelling& Names() noexcept { return names_; }
   PageList& Pages() noexcept { return *pages_; }
+  AnnotationLists& Annotations() noexcept { return *annotations_; }
   StructureTree& Structure() noexcept { return *structure_; }
   PageContents& Contents() noexcept { return *contents_; }
+
+  /// What the document is read from, null if somebody else opened it.
+  Source* From() noexcept { return source_.get(); }
+
+  /// What qpdf found wrong with the file so far, a line each; of very many only the first.
+  const std::vector<std::string>& Warnings();
 
   /// Whether anything has been edited since the document was opened. Saving rebuilds the parent tree only then.
   bool IsChanged() const noexcept { return changed_; }
@@ -66,14 +76,17 @@ class Document {
   void AfterCosEdit(const QPDFObjectHandle& container, std::string_view key);
 
  private:
-  Document(ASUns32 serial, std::unique_ptr<QPDF> pdf, std::string name);
+  Document(ASUns32 serial, std::unique_ptr<QPDF> pdf, std::string name, std::shared_ptr<Source> source);
 
   ASUns32 serial_;
   std::string name_;
+  std::shared_ptr<Source> source_;
   std::unique_ptr<QPDF> pdf_;
+  std::vector<std::string> warnings_;
   ObjectTable objects_;
   NameSpelling names_;
   std::unique_ptr<PageList> pages_;
+  std::unique_ptr<AnnotationLists> annotations_;
   std::unique_ptr<StructureTree> structure_;
   std::unique_ptr<PageContents> contents_;
   bool changed_ = false;

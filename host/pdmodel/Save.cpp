@@ -13,6 +13,8 @@
 #include "host/pdfedit/PageContents.h"
 #include "host/pdmodel/AtomicFile.h"
 #include "host/pdmodel/Document.h"
+#include "host/pdmodel/PageList.h"
+#include "host/pdmodel/Source.h"
 #include "host/pdsedit/StructureTree.h"
 
 namespace tgx::host {
@@ -106,9 +108,11 @@ class MemorySink : public Sink {
 
 /// Brings the models' edits into the objects that are about to be written.
 void Settle(Document& document) {
+  if (document.From() != nullptr) document.From()->AllowOnePass();
   document.Contents().WriteCommitted();
   if (document.IsChanged()) document.Structure().PrepareForSaving();
   document.Names().Settle();
+  document.Pages().Refresh();
 }
 
 void CheckOptions(Document& document, const SaveOptions& options) {
@@ -129,6 +133,7 @@ void Write(Document& document, const SaveOptions& options, Sink& sink) {
   writer.setDeterministicID(options.deterministic);
   writer.write();
   sink.Check();
+  if (document.From() != nullptr) document.From()->ThrowFailure();
 }
 
 }  // namespace

@@ -7,8 +7,8 @@
 #include <stdexcept>
 #include <system_error>
 
-#include <qpdf/QPDFExc.hh>
 #include <unistd.h>
+#include <qpdf/QPDFExc.hh>
 
 namespace tgx::host {
 namespace {
@@ -46,13 +46,13 @@ void Source::seek(qpdf_offset_t offset, int whence) {
   place_ = place;
 }
 
-size_t Source::read(char* buffer, size_t length) {
+size_t Source::read(char* into, size_t length) {
   last_offset = place_;
   size_t copied = 0;
   while (copied < length) {
     const std::string_view next = Next().substr(0, length - copied);
     if (next.empty()) break;
-    std::memcpy(buffer + copied, next.data(), next.size());
+    std::memcpy(into + copied, next.data(), next.size());
     copied += next.size();
     place_ += static_cast<qpdf_offset_t>(next.size());
   }

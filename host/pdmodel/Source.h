@@ -26,14 +26,14 @@ class Source : public InputSource {
   qpdf_offset_t tell() override { return place_; }
   void seek(qpdf_offset_t offset, int whence) override;
   void rewind() override { place_ = 0; }
-  size_t read(char* buffer, size_t length) override;
+  size_t read(char* into, size_t length) override;
   void unreadCh(char) override;
 
   /// How many bytes there are; known from the start.
   qpdf_offset_t Size() const noexcept { return size_; }
 
-  /// Allows as much reading as a whole pass over the document may take. In a file made for it each object can make qpdf search
-  /// to the end; reading that goes far beyond the size of the file is ended.
+  /// Allows as much reading as a whole pass over the document may take. In a file made for it each object can make qpdf
+  /// search to the end; reading that goes far beyond the size of the file is ended.
   void AllowOnePass() noexcept;
 
   /// The first failure, which no later reading undoes.
