@@ -44,8 +44,7 @@ ASInt32 PDPageNumFromCosObj(CosObj page) {
   const QPDFObjectHandle dictionary = SlotOfType(page, CosDict).object;
   Document& document = Document::Of(page);
   const ASInt32 number = document.Pages().IndexOf(dictionary);
-  if (number < 0)
-    throw HostError(kASNotFound, document.Name() + ": " + Describe(dictionary) + " is no page of the document");
+  if (number < 0) throw HostError(kASNotFound, document.Name() + ": " + Describe(page) + " is no page of the document");
   return number;
 }
 
