@@ -134,6 +134,7 @@ Document& Open(const std::shared_ptr<Source>& source, const std::string& name, c
     if (pdf->anyWarnings() && signs.IsCutLinearized()) {
       throw HostError(kASDamagedDocument, name + ": cut short: it says itself that it is longer");
     }
+    if (!pdf->getRoot().getKey("/Pages").isDictionary()) throw HostError(kASDamagedDocument, name + ": damaged: no pages");
     Document& document = Document::Adopt(std::move(pdf), name, source);
     document.Names().SetSource(source);
     try {

@@ -28,8 +28,7 @@ QPDFObjectHandle TopOf(QPDFObjectHandle node, const std::string& documentName) {
 
 std::unordered_set<const QPDFObject*> CheckedPageTree(QPDF& pdf, const std::string& documentName) {
   QPDFObjectHandle pages = pdf.getRoot().getKey("/Pages");
-  if (!pages.isDictionary()) throw Damaged(documentName, "it has no page tree");
-
+  if (!pages.isDictionary()) return {};
   struct Level {
     QPDFObjectHandle kids;
     int next;

@@ -8,9 +8,9 @@
 
 namespace tgx::host {
 
-/// The nodes of the document's page tree and their arrays of kids, by the addresses of qpdf's objects. qpdf walks the tree
-/// by recursion, and trusts it to be one; so this comes first. Throws kASDamagedDocument for a document without a page tree,
-/// and for a tree that contains a node twice or is too deep.
+/// The nodes of the document's page tree and their arrays of kids, by the addresses of qpdf's objects; nothing for a
+/// document without one. qpdf walks the tree by recursion, and trusts it to be one; so this comes first. Throws
+/// kASDamagedDocument for a tree that contains a node twice or is too deep.
 std::unordered_set<const QPDFObject*> CheckedPageTree(QPDF& pdf, const std::string& documentName);
 
 }  // namespace tgx::host
