@@ -49,6 +49,7 @@ Document::Document(ASUns32 serial, std::unique_ptr<QPDF> pdf, std::string name, 
       pdf_(std::move(pdf)),
       objects_(serial),
       names_(*this) {
+  names_.SetSource(source_);
   pages_ = std::make_unique<PageList>(*this);
   annotations_ = std::make_unique<AnnotationLists>(*this);
   structure_ = std::make_unique<StructureTree>(*this);

@@ -136,7 +136,6 @@ Document& Open(const std::shared_ptr<Source>& source, const std::string& name, c
     }
     if (!pdf->getRoot().getKey("/Pages").isDictionary()) throw HostError(kASDamagedDocument, name + ": damaged: no pages");
     Document& document = Document::Adopt(std::move(pdf), name, source);
-    document.Names().SetSource(source);
     try {
       source->ThrowFailure();
     } catch (...) {

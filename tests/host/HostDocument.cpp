@@ -3,8 +3,8 @@
 #include <utility>
 
 #include "host/core/Atoms.h"
-#include "host/pdmodel/Open.h"
 #include "host/pdmodel/Save.h"
+#include "host/pdmodel/Source.h"
 
 namespace tgx::host {
 namespace {
@@ -28,9 +28,12 @@ void HostDocument::Close() {
 }
 
 HostDocument HostDocument::FromBytes(std::string_view bytes, const char* password) {
-  OpenOptions options;
-  if (password != nullptr) options.password = password;
-  return HostDocument(OpenMemory(bytes, "test.pdf", options));
+  // Not through OpenMemory, which refuses a document without pages.
+  auto source = std::make_shared<MemorySource>(bytes, "test.pdf");
+  auto pdf = std::make_unique<QPDF>();
+  pdf->setSuppressWarnings(true);
+  pdf->processInputSource(source, password);
+  return HostDocument(Document::Adopt(std::move(pdf), "test.pdf", source));
 }
 
 HostDocument HostDocument::FromObjects(const std::string& objects) {
