@@ -22,7 +22,7 @@ class HandleTable {
     const std::uintptr_t number = next_;
     objects_.emplace(number, std::move(object));
     next_ += kStep;
-    return reinterpret_cast<Handle>(number);
+    return reinterpret_cast<Handle>(number);  // NOLINT(performance-no-int-to-ptr): never followed
   }
 
   /// Throws kASBadParameter for null and for anything that is not alive.

@@ -34,16 +34,17 @@ ASBool Known(CosObj dict, std::string_view key) {
   return DictHas(target.dictionary, key) ? 1 : 0;
 }
 
-void Put(CosObj dict, std::string_view key, CosObj value) {
-  const Target target(dict, key);
-  DictSet(target.dictionary, key, ValueFor(dict, target.dictionary, value));
-  target.document.AfterCosEdit(target.dictionary, key);
-}
-
 void Remove(CosObj dict, std::string_view key) {
   const Target target(dict, key);
   if (!DictHas(target.dictionary, key)) return;
   DictRemove(target.dictionary, key);
+  target.document.AfterCosEdit(target.dictionary, key);
+}
+
+void Put(CosObj dict, std::string_view key, CosObj value) {
+  if (IsNull(value)) return Remove(dict, key);
+  const Target target(dict, key);
+  DictSet(target.dictionary, key, ValueFor(dict, target.dictionary, value));
   target.document.AfterCosEdit(target.dictionary, key);
 }
 

@@ -65,7 +65,7 @@ class Renamer {
     // A list in place of recursion, since a client may nest direct objects as deeply as it likes.
     pending_.push_back(object);
     while (!pending_.empty()) {
-      QPDFObjectHandle next = std::move(pending_.back());
+      QPDFObjectHandle next = pending_.back();
       pending_.pop_back();
       if (next.isStream()) next = next.getDict();
       if (next.isArray()) VisitArray(next);

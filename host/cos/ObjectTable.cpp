@@ -21,7 +21,7 @@ CosObj ObjectTable::Enter(const QPDFObjectHandle& object, ASUns32 parent) {
   if (const auto known = slotOfObject_.find(address); known != slotOfObject_.end()) return {known->second, document_};
   // The slot comes first: should the map find no memory, a slot without a name does no harm.
   const auto slot = static_cast<ASUns32>(slots_.size());
-  slots_.push_back({std::move(resolved), nullptr, parent});
+  slots_.push_back({resolved, nullptr, parent});
   slotOfObject_.emplace(address, slot);
   return {slot, document_};
 }

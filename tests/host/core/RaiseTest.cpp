@@ -35,7 +35,7 @@ void Return() { events.emplace_back("returned"); }
 class Raise : public testing::Test {
  protected:
   Raise() { events.clear(); }
-  ~Raise() override { CutFrames(0); }
+  void TearDown() override { CutFrames(0); }
 
   static const CoreTable& Core() { return *Tables()->core; }
   /// A call that raises kASBadParameter.

@@ -74,5 +74,50 @@ TEST(CosDict, MayReferToItselfWhenIndirect) {
   EXPECT_EQ(Cos().CosDictGetKeyString(dict, "Self"), dict);
 }
 
+TEST(CosDict, MarksTheDocumentChangedOnlyWhenEdited) {
+  HostDocument document;
+  const CosObj dict = document.Dict();
+  Cos().CosDictGetKeyString(dict, "Key");
+  Cos().CosDictKnownKeyString(dict, "Key");
+  Cos().CosDictRemoveKeyString(dict, "Key");
+  Cos().CosDictPutKeyString(dict, "Key", Cos().CosNewNull());
+  EXPECT_FALSE(document->IsChanged());
+  Cos().CosDictPutKeyString(dict, "Key", document.Integer(1));
+  EXPECT_TRUE(document->IsChanged());
+}
+
+TEST(CosDict, HoldsADirectObjectThatAlsoStandsElsewhere) {
+  HostDocument document;
+  const CosObj shared = document.Dict();
+  Cos().CosDictPutKeyString(document.Root(), "First", shared);
+  Cos().CosDictPutKeyString(document.Root(), "Second", shared);
+  Cos().CosDictPutKeyString(shared, "Key", document.Integer(1));
+  HostDocument again = document.Reopened();
+  for (const char* key : {"First", "Second"}) {
+    EXPECT_EQ(Cos().CosDictKnownKeyString(Cos().CosDictGetKeyString(again.Root(), key), "Key"), 1) << key;
+  }
+}
+
+TEST(CosDict, TakesADanglingReferenceForNothing) {
+  HostDocument document = HostDocument::FromObjects("<< /Type /Catalog /D 9 0 R /N null >>");
+  for (const char* key : {"D", "N"}) {
+    EXPECT_EQ(Cos().CosDictKnownKeyString(document.Root(), key), 0) << key;
+    EXPECT_TRUE(IsNullObject(Cos().CosDictGetKeyString(document.Root(), key))) << key;
+  }
+}
+
+TEST(CosDict, FindsWhatTheStructureTreeHasNotWrittenYet) {
+  HostDocument document;
+  const PDSEditWriteTable& edit = *Tables()->pdsEditWrite;
+  PDSTreeRoot root = {};
+  PDSElement element = {};
+  edit.PDDocCreateStructTreeRoot(document->Handle(), &root);
+  edit.PDSElementCreate(document->Handle(), &element);
+  edit.PDSElementInsertKid(root, element, kPDSAfterLast);
+  const CosObj kids = Cos().CosDictGetKeyString(root, "K");
+  const CosObj kid = Cos().CosObjGetType(kids) == CosArray ? Cos().CosArrayGet(kids, 0) : kids;
+  EXPECT_TRUE(kid == element);
+}
+
 }  // namespace
 }  // namespace tgx::host
