@@ -3,7 +3,6 @@
 #include <algorithm>
 #include <filesystem>
 #include <fstream>
-#include <regex>
 #include <string>
 #include <vector>
 
@@ -25,8 +24,18 @@ struct Include {
   std::string Text() const { return file + " includes " + target; }
 };
 
+/// The target of an include directive with its marks, empty for any other line.
+std::string TargetOf(const std::string& line) {
+  const std::size_t hash = line.find_first_not_of(" \t");
+  if (hash == std::string::npos || line[hash] != '#') return "";
+  const std::size_t word = line.find_first_not_of(" \t", hash + 1);
+  if (word == std::string::npos || line.compare(word, 7, "include") != 0) return "";
+  const std::size_t open = line.find_first_of("<\"", word);
+  const std::size_t close = open == std::string::npos ? open : line.find_first_of(">\"", open + 1);
+  return close == std::string::npos ? "" : line.substr(open, close - open + 1);
+}
+
 std::vector<Include> IncludesBelow(const std::string& folder) {
-  static const std::regex kDirective(R"re(\s*#\s*include\s*([<"])([^>"]+)[>"].*)re");
   std::vector<Include> includes;
   const fs::path root = test::SourcePath("");
   for (const auto& entry : fs::recursive_directory_iterator(root / folder)) {
@@ -34,9 +43,10 @@ std::vector<Include> IncludesBelow(const std::string& folder) {
     if (ending != ".h" && ending != ".cpp" && ending != ".c" && ending != ".def") continue;
     std::ifstream in(entry.path());
     for (std::string line; std::getline(in, line);) {
-      std::smatch match;
-      if (!std::regex_match(line, match, kDirective)) continue;
-      includes.push_back({fs::relative(entry.path(), root).generic_string(), match[2], match[1] == "\""});
+      const std::string target = TargetOf(line);
+      if (target.empty()) continue;
+      const std::string inside = target.substr(1, target.size() - 2);
+      includes.push_back({fs::relative(entry.path(), root).generic_string(), inside, target[0] == '"'});
     }
   }
   return includes;
