@@ -55,6 +55,7 @@ typedef OPAQUE_64_BITS PDLinkAnnot;
 typedef OPAQUE_64_BITS PDAction;
 typedef OPAQUE_64_BITS PDViewDestination;
 
+/* NOLINTBEGIN(bugprone-reserved-identifier): names that bridges to a PDF library expect */
 typedef struct _t_CosDoc* CosDoc;
 typedef struct _t_PDDoc* PDDoc;
 typedef struct _t_PDPage* PDPage;
@@ -78,6 +79,7 @@ typedef struct _t_ASText* ASText;
 typedef struct _t_ASStm* ASStm;
 typedef struct _t_ASFileSys* ASFileSys;
 typedef struct _t_ASPathName* ASPathName;
+/* NOLINTEND(bugprone-reserved-identifier) */
 typedef void* ASCallback;
 
 typedef void (*ASRestoreProc)(void); /* does not return: it throws */
@@ -266,6 +268,7 @@ enum { kUTF16BigEndian = 0, kUTF16HostEndian = 1, kUTF8 = 2 };
 
 /* A table starts with its own size in bytes, so that it can grow at the end, and a version; its functions follow in the order
  * of the family's list. No entry is ever null. */
+/* NOLINTNEXTLINE(bugprone-macro-parentheses): the arguments are declarations, not expressions */
 #define TGX_OPERATION(family, result, name, parameters, arguments) result(*name) parameters;
 #define TGX_TABLE_HEAD ASUns32 size, version;
 typedef struct CoreTable {

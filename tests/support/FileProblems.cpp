@@ -22,7 +22,7 @@ std::string Place(const QPDFObjGen& id) { return id.unparse(' '); }
 /// Who holds what in the structure tree.
 class Holders {
  public:
-  explicit Holders(QPDFObjectHandle root) {
+  explicit Holders(const QPDFObjectHandle& root) {
     std::vector<QPDFObjectHandle> waiting;
     PushKids(root, waiting);
     while (!waiting.empty()) {

@@ -41,7 +41,7 @@ bool StartsWithOneOf(std::string_view text, std::initializer_list<std::string_vi
 
 std::string ValueText(std::string_view parameter, std::uint64_t bits, const HostTables& tables) {
   if (parameter == "const char* text" || parameter == "const char* key") {
-    const auto* text = reinterpret_cast<const char*>(bits);
+    const auto* text = reinterpret_cast<const char*>(bits);  // NOLINT(performance-no-int-to-ptr): the bits are a pointer's
     return text == nullptr ? "null" : "\"" + std::string(text) + "\"";
   }
   if (parameter.find('*') != std::string_view::npos) return bits == 0 ? "null" : "pointer";

@@ -69,9 +69,10 @@ class HostDecorator {
  private:
   template <typename T>
   static std::uint64_t Bits(const T& value) {
-    static_assert(sizeof(T) <= sizeof(std::uint64_t));
+    constexpr std::size_t kSize = sizeof(T);  // NOLINT(bugprone-sizeof-expression): of pointers too
+    static_assert(kSize <= sizeof(std::uint64_t));
     std::uint64_t bits = 0;
-    std::memcpy(&bits, &value, sizeof value);
+    std::memcpy(&bits, &value, kSize);
     return bits;
   }
 

@@ -66,7 +66,7 @@ class TreePrinter {
     for (const QPDFObjectHandle& page : pdf.getAllPages()) pageNumbers_[page.getObjGen()] = ++number;
   }
 
-  std::string Print(QPDFObjectHandle root) {
+  std::string Print(const QPDFObjectHandle& root) {
     PrintKids(root, QPDFObjectHandle::newNull(), 0);
     return std::move(out_);
   }

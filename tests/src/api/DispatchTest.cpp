@@ -153,7 +153,7 @@ class Exports : public testing::Test {
     OpenDocument document(SmallDocument());
     RecordingHost host;
     const HostSession session(host.Tables());
-    const Outcome outcome = call(document);
+    Outcome outcome = call(document);
     EXPECT_THAT(host.Names(), ElementsAre("ASPushExceptionFrame", "ASPopExceptionFrame"));
     EXPECT_EQ(test::SavedTree(document), "P\n  mcid 0 page 1\nP\n");
     return outcome;
