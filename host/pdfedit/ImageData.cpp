@@ -59,7 +59,7 @@ std::optional<double> NumberAt(QPDFObjectHandle dictionary, const char* key) {
 }
 
 /// A count of samples or bits; 0 for what is none.
-int CountAt(QPDFObjectHandle dictionary, const char* key) {
+int CountAt(const QPDFObjectHandle& dictionary, const char* key) {
   constexpr double kMost = 0x7FFFFFFF;
   return static_cast<int>(std::clamp(NumberAt(dictionary, key).value_or(0), 0.0, kMost));
 }
@@ -100,7 +100,7 @@ ImageData ImageData::OfXObject(QPDFObjectHandle stream) {
   return image;
 }
 
-ImageData ImageData::OfInline(QPDFObjectHandle dictionary, std::string bytes, QPDFObjectHandle resources) {
+ImageData ImageData::OfInline(QPDFObjectHandle dictionary, std::string bytes, const QPDFObjectHandle& resources) {
   QPDFObjectHandle full = QPDFObjectHandle::newDictionary();
   if (dictionary.isDictionary()) {
     for (const auto& [key, value] : dictionary.ditems()) {

@@ -17,7 +17,7 @@ class ImageData {
 
   /// An inline image: the dictionary between BI and ID, whose keys and values may be abbreviated, the bytes between ID and
   /// EI, and the resources that its colour space may be named in.
-  static ImageData OfInline(QPDFObjectHandle dictionary, std::string bytes, QPDFObjectHandle resources);
+  static ImageData OfInline(QPDFObjectHandle dictionary, std::string bytes, const QPDFObjectHandle& resources);
 
   PDEImageAttrs Attributes() const;
 
@@ -32,7 +32,7 @@ class ImageData {
   std::optional<std::size_t> SampleBytes() const;
 
  private:
-  ImageData(QPDFObjectHandle dictionary, bool isInline) : dictionary_(dictionary), isInline_(isInline) {}
+  ImageData(const QPDFObjectHandle& dictionary, bool isInline) : dictionary_(dictionary), isInline_(isInline) {}
 
   bool IsMask() const;
   int BitsPerComponent() const;

@@ -73,7 +73,7 @@ QPDFObjectHandle CopyNumbers(QPDFObjectHandle parameters) {
 }
 
 /// Decodes the filters in front of the first one that cannot be undone.
-StreamData Peel(const std::string& raw, QPDFObjectHandle dictionary, std::size_t limit) {
+StreamData Peel(const std::string& raw, const QPDFObjectHandle& dictionary, std::size_t limit) {
   const std::vector<QPDFObjectHandle> filters = Items(dictionary, "/Filter", "/F");
   const std::vector<QPDFObjectHandle> parameters = Items(dictionary, "/DecodeParms", "/DP");
   QPDFObjectHandle leading = QPDFObjectHandle::newArray();
@@ -119,7 +119,7 @@ StreamData DecodeStream(QPDFObjectHandle stream, std::size_t limit) {
   }
 }
 
-StreamData DecodeBytes(const std::string& bytes, QPDFObjectHandle dictionary, std::size_t limit) {
+StreamData DecodeBytes(const std::string& bytes, const QPDFObjectHandle& dictionary, std::size_t limit) {
   try {
     return Peel(bytes, dictionary, limit);
   } catch (const std::exception&) {

@@ -20,6 +20,6 @@ struct StreamData {
 StreamData DecodeStream(QPDFObjectHandle stream, std::size_t limit);
 
 /// The same for bytes that are no stream of a document, with the "Filter" and "DecodeParms" of `dictionary`.
-StreamData DecodeBytes(const std::string& bytes, QPDFObjectHandle dictionary, std::size_t limit);
+StreamData DecodeBytes(const std::string& bytes, const QPDFObjectHandle& dictionary, std::size_t limit);
 
 }  // namespace tgx::host

@@ -18,8 +18,8 @@ constexpr int kDeepestChain = 8;  // of CMaps that rest on one another
 /// Fills a CMap from what a file says.
 class CMap::Builder : public CMapEvents {
  public:
-  explicit Builder(const CMap* base) {
-    if (base != nullptr) RestOn(*base);
+  explicit Builder(std::shared_ptr<const CMap> base) {
+    if (base != nullptr) RestOn(std::move(base));
   }
 
   std::shared_ptr<CMap> Finish() {
@@ -41,18 +41,19 @@ class CMap::Builder : public CMapEvents {
     if (cmap_->notDefs_.Count() < kMostEntries) cmap_->notDefs_.Add(first.value, last.value, cid);
   }
   void OnUseCMap(std::string_view name) override {
-    if (hasBase_) return;
-    if (const std::shared_ptr<const CMap> base = Predefined(name)) RestOn(*base);
+    if (cmap_->base_ != nullptr) return;
+    if (std::shared_ptr<const CMap> base = Predefined(name)) RestOn(std::move(base));
   }
   void OnWMode(int mode) override { mode_ = mode; }
 
  private:
   static constexpr std::size_t kMostEntries = std::size_t{1} << 20;
 
-  void RestOn(const CMap& base) {
-    hasBase_ = true;
-    *cmap_ = base;
-    cmap_->unicodeForm_ = UnicodeForm::kNone;
+  void RestOn(std::shared_ptr<const CMap> base) {
+    cmap_->codeSpaces_.AddAll(base->codeSpaces_);
+    cmap_->isVertical_ = base->isVertical_;
+    cmap_->collection_ = base->collection_;
+    cmap_->base_ = std::move(base);
   }
 
   void NoteLength(CMapCode code) {
@@ -64,7 +65,6 @@ class CMap::Builder : public CMapEvents {
   std::shared_ptr<CMap> cmap_ = std::make_shared<CMap>();
   CodeSpaces lengthsSeen_;
   std::optional<int> mode_;
-  bool hasBase_ = false;
 };
 
 std::shared_ptr<const CMap> CMap::Identity(bool isVertical) {
@@ -114,7 +114,7 @@ std::shared_ptr<const CMap> CMap::ReadStream(QPDFObjectHandle stream, int depth)
   if (used.isStream() && depth < kDeepestChain) base = ReadStream(used, depth + 1);
 
   const StreamData data = DecodeStream(stream, kLargestCMap);
-  std::shared_ptr<const CMap> cmap = data.isDecoded ? Parse(data.bytes, base.get()) : Identity(false);
+  std::shared_ptr<const CMap> cmap = data.isDecoded ? Parse(data.bytes, base) : Identity(false);
   QPDFObjectHandle mode = dictionary.getKey("/WMode");
   if (!mode.isInteger() || (mode.getIntValue() == 1) == cmap->isVertical_) return cmap;
   auto turned = std::make_shared<CMap>(*cmap);
@@ -122,8 +122,8 @@ std::shared_ptr<const CMap> CMap::ReadStream(QPDFObjectHandle stream, int depth)
   return turned;
 }
 
-std::shared_ptr<const CMap> CMap::Parse(std::string_view text, const CMap* base) {
-  Builder builder(base);
+std::shared_ptr<const CMap> CMap::Parse(std::string_view text, std::shared_ptr<const CMap> base) {
+  Builder builder(std::move(base));
   ReadCMap(text, builder);
   std::shared_ptr<const CMap> cmap = builder.Finish();
   const bool saysNothing = cmap->codeSpaces_.IsEmpty() && cmap->cids_.IsEmpty();
@@ -133,9 +133,14 @@ std::shared_ptr<const CMap> CMap::Parse(std::string_view text, const CMap* base)
 Font::Code CMap::Next(std::string_view bytes) const { return codeSpaces_.Next(bytes); }
 
 std::uint32_t CMap::CidOf(Font::Code code) const {
-  if (const std::uint32_t* offset = cids_.Find(code.value)) return code.value + *offset;
-  if (const std::uint32_t* cid = notDefs_.Find(code.value)) return *cid;
-  return isIdentity_ ? code.value : 0;
+  for (const CMap* map = this; map != nullptr; map = map->base_.get()) {
+    if (const std::uint32_t* offset = map->cids_.Find(code.value)) return code.value + *offset;
+    if (map->isIdentity_) return code.value;
+  }
+  for (const CMap* map = this; map != nullptr; map = map->base_.get()) {
+    if (const std::uint32_t* cid = map->notDefs_.Find(code.value)) return *cid;
+  }
+  return 0;
 }
 
 char32_t CMap::CharacterOf(Font::Code code) const {

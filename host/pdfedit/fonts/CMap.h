@@ -28,7 +28,7 @@ class CMap {
 
   /// An embedded CMap. `base` is the map that it rests on, null if none; one that it names itself is found among the
   /// predefined ones.
-  static std::shared_ptr<const CMap> Parse(std::string_view text, const CMap* base);
+  static std::shared_ptr<const CMap> Parse(std::string_view text, std::shared_ptr<const CMap> base);
 
   Font::Code Next(std::string_view bytes) const;
   std::uint32_t CidOf(Font::Code code) const;
@@ -48,6 +48,7 @@ class CMap {
   static std::shared_ptr<const CMap> ReadStream(QPDFObjectHandle stream, int depth);
   static std::shared_ptr<const CMap> LoadPredefined(std::string_view name);
 
+  std::shared_ptr<const CMap> base_;  ///< has the CIDs of codes that this one does not map
   bool isIdentity_ = false;
   bool isVertical_ = false;
   UnicodeForm unicodeForm_ = UnicodeForm::kNone;

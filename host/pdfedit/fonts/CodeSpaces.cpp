@@ -19,9 +19,17 @@ std::array<std::uint8_t, 4> BytesOf(CMapCode code) {
 }  // namespace
 
 void CodeSpaces::Add(CMapCode first, CMapCode last) {
-  if (first.length < 1 || first.length > 4 || first.length != last.length || ranges_.size() >= kMostRanges) return;
-  const Range range = {first.length, BytesOf(first), BytesOf(last)};
+  if (first.length < 1 || first.length > 4 || first.length != last.length) return;
+  Add(Range{first.length, BytesOf(first), BytesOf(last)});
+}
+
+void CodeSpaces::Add(const Range& range) {
+  if (ranges_.size() >= kMostRanges) return;
   if (std::find(ranges_.begin(), ranges_.end(), range) == ranges_.end()) ranges_.push_back(range);
+}
+
+void CodeSpaces::AddAll(const CodeSpaces& other) {
+  for (const Range& range : other.ranges_) Add(range);
 }
 
 void CodeSpaces::Seal() {

@@ -16,6 +16,7 @@ namespace tgx::host {
 class CodeSpaces {
  public:
   void Add(CMapCode first, CMapCode last);
+  void AddAll(const CodeSpaces& other);
   bool IsEmpty() const { return ranges_.empty(); }
 
   /// Makes ready for `Next`; nothing may be added afterwards.
@@ -31,6 +32,7 @@ class CodeSpaces {
     std::array<std::uint8_t, 4> high;
     bool operator==(const Range&) const = default;
   };
+  void Add(const Range& range);
   int LengthAt(std::string_view bytes) const;
 
   std::vector<Range> ranges_;

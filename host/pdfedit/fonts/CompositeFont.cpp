@@ -28,7 +28,7 @@ std::string CollectionOf(QPDFObjectHandle descendant) {
 
 }  // namespace
 
-CompositeFont::CompositeFont(QPDFObjectHandle dictionary) : CompositeFont(dictionary, DescendantOf(dictionary)) {}
+CompositeFont::CompositeFont(const QPDFObjectHandle& dictionary) : CompositeFont(dictionary, DescendantOf(dictionary)) {}
 
 CompositeFont::CompositeFont(QPDFObjectHandle dictionary, QPDFObjectHandle descendant)
     : cmap_(CMap::Read(dictionary.getKey("/Encoding"))), metrics_(descendant, cmap_->IsVertical()) {

@@ -13,7 +13,7 @@ namespace tgx::host {
 /// A Type 0 font: codes of 1 to 4 bytes, which a CMap takes to the CIDs of its descendant.
 class CompositeFont : public Font {
  public:
-  explicit CompositeFont(QPDFObjectHandle dictionary);
+  explicit CompositeFont(const QPDFObjectHandle& dictionary);
 
   Code NextCode(std::string_view bytes) const override { return cmap_->Next(bytes); }
   double Advance(Code code) const override;

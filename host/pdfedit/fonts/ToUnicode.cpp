@@ -62,7 +62,7 @@ class ToUnicode::Builder : public CMapEvents {
   }
 
   void OnUseCMap(std::string_view name) override {
-    if (hasBase_) return;
+    if (hasBase_ || !name.ends_with("-UCS2")) return;
     hasBase_ = true;  // also keeps a resource from calling on itself
     if (const std::optional<std::string> base = ReadCMapResource(CollectionOfResource(name), name)) ReadCMap(*base, *this);
   }
@@ -83,7 +83,7 @@ class ToUnicode::Builder : public CMapEvents {
   bool hasBase_ = false;
 };
 
-ToUnicode ToUnicode::Read(QPDFObjectHandle stream) {
+ToUnicode ToUnicode::Read(const QPDFObjectHandle& stream) {
   const StreamData data = DecodeStream(stream, kLargestMap);
   return data.isDecoded ? Parse(data.bytes) : ToUnicode();
 }

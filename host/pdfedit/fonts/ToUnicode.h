@@ -17,7 +17,7 @@ namespace tgx::host {
 class ToUnicode {
  public:
   /// Reads a "ToUnicode" stream; an empty map for what is none.
-  static ToUnicode Read(QPDFObjectHandle stream);
+  static ToUnicode Read(const QPDFObjectHandle& stream);
   static ToUnicode Parse(std::string_view text);
 
   /// The characters of the CIDs of a collection such as "Adobe-Japan1", from the system's CMap data; an empty map when there
