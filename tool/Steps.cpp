@@ -40,7 +40,7 @@ constexpr Step kSteps[] = {
     {kFix, 0x10, "language-tags", "", "write languages as binary tags", false},
     {kFix, 0x20, "language-brackets", "", "write languages in brackets", false},
     {kFix, 0x40, "table-headers-footers", "", "keep the first head and the last foot of tables that repeat them", false},
-    {kFix, 0x80, "table-layout", "", "dissolve tables that hold other elements than those of tables", false},
+    {kFix, 0x80, "table-layout", "", "dissolve tables that hold other elements than those of tables", true},
     {kFix, 0x100, "button-widgets", "", "turn the widgets of push buttons into stamps", false},
     {kFix, 0x200, "role-map", "", "remove types that are mapped to themselves from the role map", true},
 };

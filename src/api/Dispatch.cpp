@@ -4,6 +4,7 @@
 #include "src/actions/AttLayoutTableFix/AttLayoutTableFix.h"
 #include "src/actions/EmptyTag/EmptyTagFix.h"
 #include "src/actions/FixEndNote/FixEndNoteAction.h"
+#include "src/fixes/FixTableLayout/TableLayoutFixer.h"
 #include "src/fixes/RemoveExtraParaTag/CExtraPTagRemover.h"
 #include "src/fixes/RoleMap/RoleMapFix.h"
 #include "src/forms/AcroFormSync.h"
@@ -46,6 +47,13 @@ bool RunFixer(PDDoc document) {
   return fixer.Run(document);
 }
 
+/// A table fixer: the same with another name of its run.
+template <typename Fixer>
+bool RunTableFixer(PDDoc document) {
+  Fixer fixer;
+  return fixer.run(document);
+}
+
 bool RunRoleMapFix(PDDoc document) {
   RoleMapFix fix;
   fix.SetDocument(document);
@@ -65,6 +73,7 @@ constexpr ActionRow kActions[] = {
 
 constexpr FixRow kFixes[] = {
     {0x2, RunFixer<CExtraPTagRemover>},
+    {0x80, RunTableFixer<TableLayoutFixer>},
     {0x200, RunRoleMapFix},
 };
 // clang-format on

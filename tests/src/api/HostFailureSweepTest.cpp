@@ -94,7 +94,18 @@ Outcome RetagLayoutTables(OpenDocument& document) {
   return outcome;
 }
 
+std::string WithLayoutTables() {
+  TestDocument doc;
+  Page& page = doc.AddPage();
+  doc.Tree({Element("Document")({
+      Element("Table")({Element("TR")({Element("TD")({Element("P").Text(page, "one"), Element("P")})})}),
+      Element("Table")({Element("TR")({Element("TD").Text(page, "two")})}),
+  })});
+  return doc.Write();
+}
+
 const SweptOperation kOperations[] = {
+    {"DissolveLayoutTables", WithLayoutTables, [](OpenDocument& document) { return document.Fixups(0x80); }},
     {"RetagLayoutTables", WithTableMetadata, RetagLayoutTables},
     {"ApplyTableMetadata", WithTableMetadata, [](OpenDocument& document) { return document.Action(12); }},
     {"SynchroniseForms", WithForm, SynchroniseForms, {.mayStayOpen = {"documents", "paths"}}},

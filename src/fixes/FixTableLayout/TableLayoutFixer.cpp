@@ -1,0 +1,64 @@
+#include "src/fixes/FixTableLayout/TableLayoutFixer.h"
+
+#include "src/common/StructureUtils.h"
+
+namespace tgx {
+
+TableLayoutFixer::TableLayoutFixer() : RoleDispatchFixer({"fixes/FixTableLayout/TableLayoutFixer", 32}) {
+  SetHandler("Table", &TableLayoutFixer::HandleTable);
+  SetHandler("THead", &TableLayoutFixer::HandleHead);
+  SetHandler("TFoot", &TableLayoutFixer::HandleFoot);
+  SetHandler("TBody", &TableLayoutFixer::HandleBody);
+  SetHandler("TR", &TableLayoutFixer::HandleRow);
+  SetHandler("TD", &TableLayoutFixer::HandleDataCell);
+  SetHandler("TH", &TableLayoutFixer::HandleHeaderCell);
+}
+
+void TableLayoutFixer::handleOtherElement(const PDSElement& element) {
+  if (!tables_.empty()) otherElements_.push_back(element);
+}
+
+void TableLayoutFixer::HandleTable(const PDSElement& element) {
+  if (!tables_.empty()) {
+    Relocate();
+    tables_.clear();
+  }
+  tables_.push_back(element);
+}
+
+void TableLayoutFixer::Finish() {
+  Relocate();
+  tables_.clear();
+}
+
+void TableLayoutFixer::AfterElement(bool hadTable) {
+  // The end of a table does not end the collecting: only what was collected outside any table is thrown away.
+  if (!tables_.empty() || hadTable) return;
+  Relocate();
+  ClearAll();
+}
+
+void TableLayoutFixer::Relocate() {
+  if (otherElements_.empty() || tables_.empty()) return;
+  PDSElement table = tables_.back();
+  PDSElement parent;
+  PDSElementGetParent(table, &parent, nullptr);
+  const ASInt32 index = GetKidIndex(parent, table);
+  if (index < 0) return;
+  PDSElementRemoveKid(parent, table);
+  while (!otherElements_.empty()) {
+    const PDSElement other = otherElements_.back();
+    otherElements_.pop_back();
+    PDSElement placeholder;
+    PDSElementCreate(Document(), &placeholder);
+    PDSElementInsertKid(parent, placeholder, index - 1);  // after the kid before the table's place
+    PDSElementReplaceKid(parent, placeholder, other);
+  }
+}
+
+void TableLayoutFixer::ClearAll() {
+  for (auto* queue : {&tables_, &heads_, &foots_, &bodies_, &headerCells_, &rows_, &dataCells_, &otherElements_})
+    queue->clear();
+}
+
+}  // namespace tgx

@@ -1,0 +1,62 @@
+#include "src/fixes/RoleDispatchFixer.h"
+
+#include "src/api/HostException.h"
+#include "src/api/StructureError.h"
+#include "src/common/StructureUtils.h"
+
+namespace tgx {
+
+void RoleDispatchFixer::handleOtherElement(const PDSElement&) {}
+void RoleDispatchFixer::handleContentKid(const CosObj&) {}
+
+bool RoleDispatchFixer::run(PDDoc document) {
+  if (document == nullptr) return false;
+  document_ = document;
+  Begin();
+  return InExceptionFrame([this] { return WalkTree(); });
+}
+
+bool RoleDispatchFixer::WalkTree() {
+  PDSTreeRoot root;
+  if (PDDocGetStructTreeRoot(document_, &root) == 0) {
+    ReportStructureError("No document structure object found", source_.file, source_.line);
+    return false;
+  }
+  PDDocAcquire(document_);
+  const ASInt32 count = PDSTreeRootGetNumKids(root);
+  for (ASInt32 i = 0; i < count && i < PDSTreeRootGetNumKids(root); ++i) {
+    PDSElement element;
+    PDSTreeRootGetKid(root, i, &element);
+    Walk(element);
+  }
+  if (HasTable()) Finish();
+  PDDocRelease(document_);
+  return true;
+}
+
+void RoleDispatchFixer::Walk(const PDSElement& element) {
+  const ASInt32 count = PDSElementGetNumKids(element);
+  for (ASInt32 i = 0; i < count && i < PDSElementGetNumKids(element); ++i) {
+    CosObj kid;
+    if (PDSElementGetKidWithMCInfo(element, i, &kid, nullptr, nullptr, nullptr) != ASAtomFromString("StructElem")) {
+      handleContentKid(kid);
+      continue;
+    }
+    const bool hadTable = HasTable();
+    Dispatch(kid);
+    Walk(kid);
+    AfterElement(hadTable);
+  }
+}
+
+void RoleDispatchFixer::Dispatch(const PDSElement& element) {
+  const std::string type = ResolveRole(document_, ASAtomGetString(PDSElementGetType(element)));
+  const auto handler = handlers_.find(type);
+  if (handler == handlers_.end()) {
+    handleOtherElement(element);
+  } else {
+    (this->*handler->second)(element);
+  }
+}
+
+}  // namespace tgx
