@@ -1,6 +1,8 @@
 #include "host/cos/NameSpelling.h"
 
 #include <algorithm>
+#include <exception>
+#include <new>
 #include <optional>
 #include <set>
 #include <string>
@@ -120,7 +122,13 @@ class Renamer {
 
 bool NameSpelling::FileMayHaveNumberSigns() {
   if (source_ == nullptr) return true;
-  return SourceContains(*source_, kSpelledOut) || ObjectStreamsContain(document_.Pdf(), kSpelledOut);
+  try {
+    return SourceContains(*source_, kSpelledOut) || ObjectStreamsContain(document_.Pdf(), kSpelledOut);
+  } catch (const std::bad_alloc&) {
+    throw;
+  } catch (const std::exception&) {  // an object stream that cannot be decoded: saving goes without it, so the search does
+    return true;
+  }
 }
 
 void NameSpelling::Settle() {

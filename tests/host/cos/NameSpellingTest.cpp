@@ -74,6 +74,30 @@ TEST(NameSpelling, FindsANameWhereverItStandsInAFile) {
   }
 }
 
+/// A file of many objects in several object streams, the last of which cannot be decoded.
+std::string FileWithDamagedObjectStream() {
+  HostDocument document;
+  const CosObj kept = document.Array();
+  Cos().CosDictPutKeyString(document.Root(), "Kept", kept);
+  for (int i = 0; i < 300; ++i) {
+    const CosObj item = Cos().CosNewString(document.Doc(), 1, "item", 4);
+    Cos().CosArrayInsert(kept, i, item);
+  }
+  std::string file =
+      test::WriteToString(document->Pdf(), [](QPDFWriter& writer) { writer.setObjectStreamMode(qpdf_o_generate); });
+  const std::size_t data = file.find("stream\n", file.rfind("/Type /ObjStm")) + 7;
+  return file.replace(data, 10, 10, 'x');
+}
+
+TEST(NameSpelling, DoesNotStandInTheWayOfSavingADamagedFile) {
+  HostDocument document = HostDocument::FromBytes(FileWithDamagedObjectStream());
+  const CosObj kept = Cos().CosDictGetKeyString(document.Root(), "Kept");
+  ASSERT_EQ(Cos().CosObjGetType(Cos().CosArrayGet(kept, 0)), CosString);
+  ASSERT_EQ(Cos().CosObjGetType(Cos().CosArrayGet(kept, 299)), CosNull) << "the stream is damaged";
+  HostDocument saved = document.Reopened();
+  EXPECT_EQ(Cos().CosArrayLength(Cos().CosDictGetKeyString(saved.Root(), "Kept")), 300);
+}
+
 TEST(NameSpelling, LeavesTheHandlesOfNamesAlone) {
   HostDocument document = HostDocument::FromBytes(FileWithNames());
   const auto item = [&] {
