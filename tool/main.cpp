@@ -1,6 +1,8 @@
 #include <fcntl.h>
 
 #include <csignal>
+#include <cstdio>
+#include <cstdlib>
 #include <new>
 
 #include "tool/CommandLine.h"
@@ -43,5 +45,11 @@ int main(int argc, char** argv) {
   // Failed writes are told by a message and the exit status: a reader that went away, a file-size limit.
   std::signal(SIGPIPE, SIG_IGN);
   std::signal(SIGXFSZ, SIG_IGN);
-  return Run(argc, argv);
+  const int status = Run(argc, argv);
+#ifdef __SANITIZE_ADDRESS__
+  return status;
+#else
+  std::fflush(stdout);
+  std::_Exit(status);  // documents are left open, see tool/Document.h
+#endif
 }
