@@ -12,6 +12,7 @@ namespace {
 
 struct RaiseState {
   std::vector<ASRestoreProc> frames;
+  std::size_t outermostFrames = 0;
   ASErrorCode code = kASNoError;
   std::string text;
 };
@@ -69,7 +70,11 @@ HostError Translate() {
 
 }  // namespace
 
-void PushFrame(ASRestoreProc restore) { State().frames.push_back(restore); }
+void PushFrame(ASRestoreProc restore) {
+  RaiseState& state = State();
+  if (state.frames.empty()) ++state.outermostFrames;
+  state.frames.push_back(restore);
+}
 
 void PopFrame() noexcept {
   auto& frames = State().frames;
@@ -77,6 +82,7 @@ void PopFrame() noexcept {
 }
 
 std::size_t FrameDepth() noexcept { return State().frames.size(); }
+std::size_t OutermostFrames() noexcept { return State().outermostFrames; }
 
 void CutFrames(std::size_t depth) noexcept {
   auto& frames = State().frames;

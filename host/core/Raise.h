@@ -14,6 +14,8 @@ namespace tgx::host {
 void PushFrame(ASRestoreProc restore);
 void PopFrame() noexcept;
 std::size_t FrameDepth() noexcept;
+/// Counts the outermost frames so far: what is done inside one of them is one piece of work of a client.
+std::size_t OutermostFrames() noexcept;
 /// Drops the frames above `depth`; an embedder calls it after each exported call of the library, whose own failures leave
 /// frames behind.
 void CutFrames(std::size_t depth) noexcept;
@@ -22,8 +24,8 @@ void CutFrames(std::size_t depth) noexcept;
 ASErrorCode LastRaiseCode() noexcept;
 const std::string& LastRaiseText() noexcept;
 
-/// Stores the failure, takes the top frame off and calls its restore procedure, which throws. Throws `error` itself when there
-/// is no frame left, or when the procedure returns.
+/// Stores the failure, takes the top frame off and calls its restore procedure, which throws. Throws `error` itself when
+/// there is no frame left, or when the procedure returns.
 [[noreturn]] void Raise(HostError error);
 
 /// Carries an exception of a client's callback through the guard untouched.

@@ -34,7 +34,9 @@ CosObj CosArrayGet(CosObj array, ASInt32 index) {
   Target target(array);
   CheckIndex(array, index);
   if (index >= target.array.getArrayNItems()) return kNullObject;
-  return target.document.Objects().HandleOf(target.array.getArrayItem(index), array);
+  const CosObj item = target.document.Objects().HandleOf(target.array.getArrayItem(index), array);
+  target.document.Objects().FollowInto(array, item);
+  return item;
 }
 
 void CosArrayPut(CosObj array, ASInt32 index, CosObj value) {

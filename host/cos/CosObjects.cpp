@@ -27,12 +27,14 @@ std::vector<Entry> Snapshot(CosObj handle) {
     document.BeforeCosRead(object, {});
     for (const auto& item : object.getArrayAsVector())
       entries.push_back({document.Objects().HandleOf(item, handle), kNullObject});
+    for (const Entry& entry : entries) document.Objects().FollowInto(handle, entry.first);
   } else if (object.isDictionary() || object.isStream()) {
     const QPDFObjectHandle dictionary = DictionaryOf(handle);
     document.BeforeCosRead(dictionary, {});
     for (const DictEntry& entry : DictEntries(dictionary)) {
       entries.push_back({document.Objects().KeyName(Intern(entry.key)), document.Objects().HandleOf(entry.value, handle)});
     }
+    for (const Entry& entry : entries) document.Objects().FollowInto(handle, entry.second);
   } else {
     ThrowWrongType(handle, "a dictionary, a stream or an array");
   }

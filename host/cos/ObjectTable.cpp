@@ -2,6 +2,8 @@
 
 #include "host/core/Atoms.h"
 #include "host/core/HostError.h"
+#include "host/core/Raise.h"
+#include "host/cos/CosAccess.h"
 #include "host/cos/Names.h"
 #include "host/pdmodel/Document.h"
 
@@ -39,6 +41,23 @@ CosObj ObjectTable::KeyName(ASAtom key) {
   const auto [known, isNew] = keyNames_.try_emplace(key, kNullObject);
   if (isNew) known->second = HandleOf(QPDFObjectHandle::newName(ToQpdfName(AtomView(key))));
   return known->second;
+}
+
+void ObjectTable::FollowInto(CosObj container, CosObj item) {
+  constexpr int kDeepest = 500;
+  if (FrameDepth() == 0 || IsNull(item)) return;
+  const int type = CosTypeOf(ObjectOf(item));
+  if (type != CosArray && type != CosDict && type != CosStream) return;
+  if (levelsOf_ != OutermostFrames()) {
+    levels_.clear();
+    levelsOf_ = OutermostFrames();
+  }
+  const auto known = levels_.find(container.a);
+  const int level = known == levels_.end() ? 1 : known->second + 1;
+  if (level > kDeepest) {
+    throw HostError(kASDamagedDocument, Describe(item) + ": nested deeper than " + std::to_string(kDeepest) + " levels");
+  }
+  levels_[item.a] = level;
 }
 
 ObjectTable::Slot& SlotOf(CosObj handle) {

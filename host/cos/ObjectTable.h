@@ -39,6 +39,11 @@ class ObjectTable {
   /// The name object that stands for a key when entries are enumerated: one for each atom.
   CosObj KeyName(ASAtom key);
 
+  /// Follows a client from containers into what they hold: `item` was read from `container`. Throws kASDamagedDocument where
+  /// the way is longer than any sound document has it, so that a client that copies a value level by level comes to an end
+  /// also where the value is part of itself. The way begins anew with each piece of work (see OutermostFrames).
+  void FollowInto(CosObj container, CosObj item);
+
   /// The slot of a handle of this document, null for a value that was never given out.
   Slot* Find(CosObj handle) { return handle.a < slots_.size() ? &slots_[handle.a] : nullptr; }
 
@@ -49,6 +54,8 @@ class ObjectTable {
   std::deque<Slot> slots_;
   std::unordered_map<const QPDFObject*, ASUns32> slotOfObject_;
   std::unordered_map<ASAtom, CosObj> keyNames_;
+  std::unordered_map<ASUns32, int> levels_;  ///< how deep a client has come to the slots that it has read from others
+  std::size_t levelsOf_ = 0;                 ///< the piece of work that the levels are of
 };
 
 constexpr CosObj kNullObject = {0, 0};

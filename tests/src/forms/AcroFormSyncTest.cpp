@@ -249,6 +249,33 @@ TEST_F(AcroFormSync, CopiesAnIndirectObjectAtEachReference) {
   EXPECT_NE(action.getKey("/One").getObjGen(), action.getKey("/Two").getObjGen());
 }
 
+TEST_F(AcroFormSync, FailsWithTheHostsTextForADictionaryThatHoldsItself) {
+  target_.Text("name");
+  source_.document.Object("loop", "<</Next<</Next $loop>>>>");
+  source_.Text("name").Set("A", "$loop");
+  const test::Outcome outcome = Synchronise();
+  EXPECT_EQ(outcome.result, TGX_FAILED);
+  EXPECT_NE(outcome.text.find("deeper than 500 levels"), std::string::npos) << outcome;
+}
+
+TEST_F(AcroFormSync, FailsWithTheHostsTextForAnArrayThatHoldsItself) {
+  target_.Text("name");
+  source_.document.Object("loop", "[$loop]");
+  source_.Text("name").Set("Opt", "$loop");
+  const test::Outcome outcome = Synchronise();
+  EXPECT_EQ(outcome.result, TGX_FAILED);
+  EXPECT_NE(outcome.text.find("deeper than 500 levels"), std::string::npos) << outcome;
+}
+
+TEST_F(AcroFormSync, CopiesManyValuesSideBySide) {
+  target_.Text("name");
+  std::string options = "[";
+  for (int i = 0; i < 2000; ++i) options += "[(a)(b)]";
+  source_.Text("name").Set("Opt", options + "]");
+  EXPECT_EQ(Synchronise(), test::kSuccess);
+  EXPECT_EQ(Field().getKey("/Opt").getArrayNItems(), 2000);
+}
+
 TEST_F(AcroFormSync, AddsFontsThatTheTargetLacksAndKeepsItsOwn) {
   target_.Text("name");
   source_.Text("name");
