@@ -17,7 +17,6 @@
 namespace tgx {
 namespace {
 
-using test::HardFailure;
 using test::HostSession;
 using test::kSuccess;
 using test::OpenDocument;

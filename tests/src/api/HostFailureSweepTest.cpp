@@ -64,7 +64,7 @@ std::string WithForm() {
 Outcome SynchroniseForms(OpenDocument& document) {
   const std::string path = testing::TempDir() + "/HostFailureSweep.form.pdf";
   std::ofstream(path, std::ios::binary) << WithForm();
-  const Outcome outcome = document.Action(4, path);
+  Outcome outcome = document.Action(4, path);
   std::remove(path.c_str());
   return outcome;
 }
@@ -89,7 +89,7 @@ std::string WithTableMetadata() {
 Outcome RetagLayoutTables(OpenDocument& document) {
   const std::string path = testing::TempDir() + "/HostFailureSweep.tables.tsv";
   std::ofstream(path) << "Table\t1\nLayout\nTable\t4\nLayout\n";
-  const Outcome outcome = document.Action(9, path);
+  Outcome outcome = document.Action(9, path);
   std::remove(path.c_str());
   return outcome;
 }
