@@ -6,7 +6,7 @@
 #include "host/pdfedit/PageContents.h"
 #include "host/pdmodel/Document.h"
 #include "host/pdsedit/KidKinds.h"
-#include "host/pdsedit/TreeReader.h"
+#include "host/pdsedit/StructureReader.h"
 
 namespace tgx::host {
 namespace {

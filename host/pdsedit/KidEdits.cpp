@@ -10,7 +10,7 @@
 #include "host/pdmodel/Document.h"
 #include "host/pdsedit/KidAnswers.h"
 #include "host/pdsedit/KidKinds.h"
-#include "host/pdsedit/TreeReader.h"
+#include "host/pdsedit/StructureReader.h"
 
 namespace tgx::host {
 namespace {

@@ -218,18 +218,21 @@ class ParentTreeMaker {
   bool KeepOfUnknownOwner(QPDFObjectHandle& value) {
     if (!value.isArray()) return false;
     bool isTrue = true;
-    bool hasAny = false;
     std::vector<QPDFObjectHandle> items;
     for (int i = 0; i < value.getArrayNItems(); ++i) {
       QPDFObjectHandle item = value.getArrayItem(i);
+      if (item.isNull()) continue;
       const NodeId id = nodes_.Find(item);
-      const bool isKept = id != kNoNode && HoldsMcid(id, i);
-      isTrue = isTrue && (isKept || item.isNull());
-      hasAny = hasAny || isKept;
-      items.push_back(isKept ? item : null_);
+      if (id == kNoNode || !HoldsMcid(id, i)) {
+        isTrue = false;
+        continue;
+      }
+      items.resize(static_cast<std::size_t>(i), null_);
+      items.push_back(item);
     }
+    if (items.empty()) return false;
     if (!isTrue) value = tree_.Owner().Pdf().makeIndirectObject(QPDFObjectHandle::newArray(items));
-    return hasAny;
+    return true;
   }
 
   bool HoldsMcid(NodeId id, ASInt32 mcid) {

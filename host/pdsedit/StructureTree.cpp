@@ -3,7 +3,7 @@
 #include "host/core/HostError.h"
 #include "host/pdmodel/Document.h"
 #include "host/pdsedit/KidKinds.h"
-#include "host/pdsedit/TreeReader.h"
+#include "host/pdsedit/StructureReader.h"
 
 namespace tgx::host {
 
@@ -26,7 +26,7 @@ void StructureTree::MakeReady() {
 }
 
 NodeId StructureTree::Read(const QPDFObjectHandle& object, bool isRoot) {
-  TreeReader reader(*nodes_);
+  StructureReader reader(*nodes_);
   const NodeId id = reader.Read(object, isRoot);
   for (const NodeId node : reader.WithIndirectKids()) WatchArray(node);
   return id;

@@ -67,6 +67,7 @@ class StructureTree : public CosObserver {
 
   void RootReplaced();
   void EntryEdited(NodeId id, std::string_view key);
+  void ArrayEdited(const QPDFObjectHandle& array);
   void KidsEdited(NodeId id);
   void ReferenceEdited(const QPDFObjectHandle& dictionary);
   void WatchArray(NodeId id);

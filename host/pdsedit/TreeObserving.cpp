@@ -3,8 +3,8 @@
 
 #include "host/pdmodel/Document.h"
 #include "host/pdsedit/KidKinds.h"
+#include "host/pdsedit/StructureReader.h"
 #include "host/pdsedit/StructureTree.h"
-#include "host/pdsedit/TreeReader.h"
 
 namespace tgx::host {
 namespace {
@@ -40,7 +40,9 @@ bool IsStructural(std::string_view key) {
 void StructureTree::BeforeCosRead(const QPDFObjectHandle& container, std::string_view key) {
   if (!key.empty() && key != "K" && key != "P") return;
   if (!nodes_) {
-    clientSawKids_ = clientSawKids_ || key != "P";
+    QPDFObjectHandle dictionary = container;
+    const bool isEnumerated = key.empty() && dictionary.isDictionary() && dictionary.hasKey("/K");
+    clientSawKids_ = clientSawKids_ || key == "K" || isEnumerated;
     return;
   }
   if (const NodeId id = nodes_->Find(container); id != kNoNode) {
@@ -74,14 +76,21 @@ void StructureTree::AfterCosEdit(const QPDFObjectHandle& container, std::string_
   if (const NodeId id = nodes_->Find(container); id != kNoNode) {
     EntryEdited(id, key);
   } else if (key.empty()) {
-    std::vector<NodeId> owners;
-    const auto [first, last] = arrays_.equal_range(container.getObjectPtr());
-    for (auto owner = first; owner != last; ++owner) owners.push_back(owner->second);
-    for (const NodeId owner : owners) KidsEdited(owner);
+    ArrayEdited(container);
   } else if (key == "StructTreeRoot") {
     RootReplaced();
   } else {
     ReferenceEdited(container);
+  }
+}
+
+void StructureTree::ArrayEdited(const QPDFObjectHandle& array) {
+  std::vector<NodeId> owners;
+  const auto [first, last] = arrays_.equal_range(array.getObjectPtr());
+  for (auto owner = first; owner != last; ++owner) owners.push_back(owner->second);
+  for (const NodeId owner : owners) {
+    // The address may have been that of an array which the element has no more.
+    if ((*nodes_)[owner].object.getKey("/K").getObjectPtr() == array.getObjectPtr()) KidsEdited(owner);
   }
 }
 
@@ -118,7 +127,7 @@ void StructureTree::KidsEdited(NodeId id) {
   };
   const std::vector<NodeId> before = elements();
   node.kidsChanged = false;
-  TreeReader reader(*nodes_);
+  StructureReader reader(*nodes_);
   reader.ReadKidsAgain(id);
   for (const NodeId shared : reader.WithIndirectKids()) WatchArray(shared);
   WatchArray(id);

@@ -8,9 +8,9 @@
 namespace tgx::host {
 
 /// Reads structure elements from the document into the store: each dictionary once, without recursion, whatever it holds.
-class TreeReader {
+class StructureReader {
  public:
-  explicit TreeReader(NodeStore& nodes) : nodes_(nodes) {}
+  explicit StructureReader(NodeStore& nodes) : nodes_(nodes) {}
 
   /// The node of a root or an element. One that is not known yet is read with everything below it.
   NodeId Read(const QPDFObjectHandle& object, bool isRoot);

@@ -2,15 +2,15 @@
 #include <cstdint>
 
 #include "host/core/HostError.h"
-#include "host/pdsedit/TreeReader.h"
+#include "host/pdsedit/StructureReader.h"
 
 namespace tgx::host {
 namespace {
 
 /// Goes through the graph of nodes depth first, each node once, and computes what a walk without memory would meet.
-class TreeCheck {
+class StructureCheck {
  public:
-  explicit TreeCheck(const NodeStore& nodes) : nodes_(nodes), marks_(nodes.Count()) {}
+  explicit StructureCheck(const NodeStore& nodes) : nodes_(nodes), marks_(nodes.Count()) {}
 
   void Start(NodeId id) {
     if (marks_[id].height == 0) Enter(id);
@@ -83,10 +83,10 @@ class TreeCheck {
 
 }  // namespace
 
-void CheckBelow(const NodeStore& nodes, NodeId start) { TreeCheck(nodes).Start(start); }
+void CheckBelow(const NodeStore& nodes, NodeId start) { StructureCheck(nodes).Start(start); }
 
 void CheckAll(const NodeStore& nodes) {
-  TreeCheck check(nodes);
+  StructureCheck check(nodes);
   for (NodeId id = 0; id < nodes.Count(); ++id) check.Start(id);
 }
 

@@ -1,4 +1,6 @@
-#include "host/pdsedit/TreeReader.h"
+#include "host/pdsedit/StructureReader.h"
+
+#include <algorithm>
 
 #include "host/pdsedit/KidKinds.h"
 
@@ -10,7 +12,7 @@ std::string NameOf(const Node& node) {
   return object.isIndirect() ? what + " " + object.getObjGen().unparse(' ') : what;
 }
 
-NodeId TreeReader::Read(const QPDFObjectHandle& object, bool isRoot) {
+NodeId StructureReader::Read(const QPDFObjectHandle& object, bool isRoot) {
   if (const NodeId known = nodes_.Find(object); known != kNoNode) return known;
   const NodeId id = nodes_.Add(object);
   Node& node = nodes_[id];
@@ -22,7 +24,7 @@ NodeId TreeReader::Read(const QPDFObjectHandle& object, bool isRoot) {
   return id;
 }
 
-void TreeReader::ReadKidsAgain(NodeId id) {
+void StructureReader::ReadKidsAgain(NodeId id) {
   Node& node = nodes_[id];
   while (node.kids.Size() > 0) nodes_.EraseKid(id, node.kids.Size() - 1);
   if (node.isRoot) nodes_.StraysOf(id).clear();
@@ -31,7 +33,7 @@ void TreeReader::ReadKidsAgain(NodeId id) {
   ReadPending();
 }
 
-void TreeReader::ReadPending() {
+void StructureReader::ReadPending() {
   while (!pending_.empty()) {
     const NodeId id = pending_.back();
     pending_.pop_back();
@@ -39,7 +41,7 @@ void TreeReader::ReadPending() {
   }
 }
 
-void TreeReader::ReadKids(NodeId id) {
+void StructureReader::ReadKids(NodeId id) {
   Node& node = nodes_[id];
   QPDFObjectHandle k = node.object.getKey("/K");
   if (!k.isArray()) {
@@ -49,11 +51,12 @@ void TreeReader::ReadKids(NodeId id) {
   node.arrayForm = true;
   if (k.isIndirect()) withIndirectKids_.push_back(id);
   const int count = k.getArrayNItems();
-  node.kids.Reserve(static_cast<ASUns32>(count));
+  constexpr int kMostReserved = 65536;  // an array of nulls may be long and hold no kid
+  node.kids.Reserve(static_cast<ASUns32>(std::min(count, kMostReserved)));
   for (int i = 0; i < count; ++i) AddKid(id, k.getArrayItem(i));
 }
 
-void TreeReader::AddKid(NodeId id, QPDFObjectHandle item) {
+void StructureReader::AddKid(NodeId id, QPDFObjectHandle item) {
   if (item.isNull()) return;
   Node& node = nodes_[id];
   const KidKind kind = KindOf(item);
@@ -68,7 +71,7 @@ void TreeReader::AddKid(NodeId id, QPDFObjectHandle item) {
 }
 
 /// An element met among the kids of a node. The node becomes its parent when "P" says so, and for lack of a better one.
-NodeId TreeReader::Meet(const QPDFObjectHandle& element, NodeId from) {
+NodeId StructureReader::Meet(const QPDFObjectHandle& element, NodeId from) {
   NodeId id = nodes_.Find(element);
   const bool isNew = id == kNoNode;
   if (isNew) {
