@@ -16,7 +16,7 @@ constexpr auto kFix = StepKind::kFix;
 constexpr Step kSteps[] = {
     {kAction, 0, "reshuffle-frames-by-holder", "", "place anchored frames at their anchors, going by the holders", false},
     {kAction, 1, "link-contents", "", "describe each link annotation by the text it covers and its target", false},
-    {kAction, 2, "style-names", "STYLES.xml", "put the style names of STYLES.xml in the place of style identifiers", false},
+    {kAction, 2, "style-names", "STYLES.xml", "put the style names of STYLES.xml in the place of style identifiers", true},
     {kAction, 3, "cut-text", "", "cut every text element down to its first character, painted gray", false},
     {kAction, 4, "sync-forms", "FORM.pdf", "take over settings, values and appearances of form fields from FORM.pdf", true},
     {kAction, 5, "toc", "TOC.xml", "build the table of contents", false},
@@ -31,7 +31,7 @@ constexpr Step kSteps[] = {
     {kAction, 13, "remove-dummy-images", "", "remove images of 1 by 1 sample from the pages", false},
     {kAction, 14, "reshuffle-frames", "", "place anchored frames at their anchors", false},
     {kAction, 15, "end-notes", "", "map the type Endnote to Note", true},
-    {kAction, 16, "group-tags", "", "build captions, indexes and block quotes from paragraphs tagged as their parts", false},
+    {kAction, 16, "group-tags", "", "build captions, indexes and block quotes from paragraphs tagged as their parts", true},
     {kAction, 17, "mathml", "", "attach to formulas their MathML", false},
     {kAction, 18, "reserved", "", "does nothing", true},
     {kFix, 0x1, "double-bullets", "", "remove the second copy of list bullets", false},

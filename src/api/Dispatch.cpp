@@ -4,6 +4,8 @@
 #include "src/actions/AttLayoutTableFix/AttLayoutTableFix.h"
 #include "src/actions/EmptyTag/EmptyTagFix.h"
 #include "src/actions/FixEndNote/FixEndNoteAction.h"
+#include "src/actions/FixGroupTags/FixGroupTagsAction.h"
+#include "src/actions/IDStyleName/IDStyleNameFix.h"
 #include "src/fixes/FixTableLayout/TableLayoutFixer.h"
 #include "src/fixes/RemoveExtraParaTag/CExtraPTagRemover.h"
 #include "src/fixes/RoleMap/RoleMapFix.h"
@@ -14,6 +16,15 @@ namespace {
 
 /// A number that is reserved and deliberately does nothing.
 int RunNothing(PDDoc, const char*) { return TGX_OK; }
+
+/// Without a verdict: also a document without a structure tree is a success.
+int RenameStyles(PDDoc document, const char* path) {
+  if (path == nullptr) return TGX_NO_PATH;
+  IDStyleNameFix worker;
+  worker.SetDocument(document);
+  worker.Run(path);
+  return TGX_OK;
+}
 
 /// Opens the document at the path for the time of the run. A failure leaves it open and its path object alive: they are the
 /// host's to end with the call.
@@ -62,12 +73,14 @@ bool RunRoleMapFix(PDDoc document) {
 
 // clang-format off
 constexpr ActionRow kActions[] = {
+    {2, RenameStyles},
     {4, SynchroniseForms},
     {6, RunWorker<EmptyTagFix>},
     {7, RunWorker<EmptyTagFix, &EmptyTagFix::MarkEmpty>},
     {9, RetagLayoutTables},
     {12, RunWorker<AttFixAction>},
     {15, RunWorker<FixEndNoteAction>},
+    {16, RunWorker<FixGroupTagsAction>},
     {18, RunNothing},
 };
 

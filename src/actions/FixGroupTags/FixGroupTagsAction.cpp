@@ -1,0 +1,142 @@
+#include "src/actions/FixGroupTags/FixGroupTagsAction.h"
+
+#include "src/actions/FixGroupTags/NeighbourSearch.h"
+#include "src/common/StructureUtils.h"
+#include "src/common/TagStructureWalker.h"
+
+namespace tgx {
+namespace {
+
+// Equal objects have equal bits, so that a set of them can be searched.
+std::uint64_t Bits(CosObj object) { return static_cast<std::uint64_t>(object.b) << 32U | object.a; }
+
+// Puts `element` where the kid at `index` stands; that one moves behind it.
+void InsertBefore(PDSElement parent, PDSElement element, int index) { PDSElementInsertKid(parent, element, index - 1); }
+
+}  // namespace
+
+FixGroupTagsAction::FixGroupTagsAction()
+    : roles_{{ASAtomFromString("GT_Caption"), GroupKind::kCaption},
+             {ASAtomFromString("GT_CaptionListAtTop"), GroupKind::kCaptionListAtTop},
+             {ASAtomFromString("GT_CaptionTableAtTop"), GroupKind::kCaptionTableAtTop},
+             {ASAtomFromString("GT_CaptionTableAtBottom"), GroupKind::kCaptionTableAtBottom},
+             {ASAtomFromString("GT_Index"), GroupKind::kIndex},
+             {ASAtomFromString("GT_BlockQuote"), GroupKind::kBlockQuote},
+             {ASAtomFromString("GT_Figure"), GroupKind::kFigure},
+             {ASAtomFromString("GT_Formula"), GroupKind::kFormula}} {}
+
+bool FixGroupTagsAction::Run() {
+  TagStructureWalker walker;
+  walker.AddVisitor(this);
+  PDSTreeRoot root = CosNewNull();
+  AcquireStructTreeRoot(&root);
+  walker.Walk(root);
+  if (work_.empty()) return true;
+  for (const Work& work : work_) {
+    if (!grouped_.contains(Bits(work.element))) Handle(work);
+  }
+  work_.clear();
+  UnmapPrivateTypes();
+  return true;
+}
+
+void FixGroupTagsAction::VisitElement(PDSElement& element) {
+  const auto role = roles_.find(PDSElementGetType(element));
+  if (role != roles_.end()) work_.push_back({element, role->second});
+}
+
+void FixGroupTagsAction::Handle(const Work& work) {
+  switch (work.kind) {
+    case GroupKind::kCaption:
+    case GroupKind::kFigure:
+    case GroupKind::kFormula:
+      return MakeGroup(work.element, "Caption");
+    case GroupKind::kIndex:
+      return MakeGroup(work.element, "Index");
+    case GroupKind::kBlockQuote:
+      return MakeGroup(work.element, "BlockQuote");
+    case GroupKind::kCaptionListAtTop:
+      return MakeCaption(work.element, "L", Direction::kForward);
+    case GroupKind::kCaptionTableAtTop:
+      return MakeCaption(work.element, "Table", Direction::kForward);
+    case GroupKind::kCaptionTableAtBottom:
+      return MakeCaption(work.element, "Table", Direction::kBackward);
+  }
+}
+
+void FixGroupTagsAction::MakeGroup(PDSElement element, const char* type) {
+  const Paragraphs paragraphs = TakeParagraphs(element);
+  const PDSElement group = NewElementOver(paragraphs, type);
+  InsertBefore(paragraphs.parent, group, paragraphs.index);
+  FinishParagraphs(paragraphs);
+}
+
+void FixGroupTagsAction::MakeCaption(PDSElement element, const char* targetType, Direction direction) {
+  const ASAtom type = ASAtomFromString(targetType);
+  PDSElement target = TagStructureWalker::FindDescendantByType(element, type);
+  if (!TagStructureWalker::IsNull(target)) {
+    const PDSElement parent = GetParent(element);
+    const int index = IndexIn(parent, element);
+    PDSElementRemoveKid(GetParent(target), target);
+    InsertBefore(parent, target, index);
+  } else {
+    target = FindNeighbour(element, type, direction == Direction::kForward ? 1 : -1);
+    // Nothing to give the caption to: it keeps its private type.
+    if (TagStructureWalker::IsNull(target)) return;
+  }
+  const Paragraphs paragraphs = TakeParagraphs(element);
+  const PDSElement caption = NewElementOver(paragraphs, "Caption");
+  PDSElementInsertKid(target, caption, direction == Direction::kForward ? kPDSBeforeFirst : PDSElementGetNumKids(target));
+  FinishParagraphs(paragraphs);
+}
+
+FixGroupTagsAction::Paragraphs FixGroupTagsAction::TakeParagraphs(PDSElement element) {
+  const PDSElement parent = GetParent(element);
+  Paragraphs paragraphs = {parent, IndexIn(parent, element), {element}};
+  const ASAtom type = PDSElementGetType(element);
+  const ASInt32 count = PDSElementGetNumKids(parent);
+  for (ASInt32 index = paragraphs.index + 1; index < count; ++index) {
+    CosObj kid = CosNewNull();
+    if (PDSElementGetKid(parent, index, &kid, nullptr, nullptr) != ASAtomFromString("StructElem")) break;
+    if (PDSElementGetType(kid) != type) break;
+    paragraphs.elements.push_back(kid);
+  }
+  for (const PDSElement paragraph : paragraphs.elements) PDSElementRemoveKid(parent, paragraph);
+  return paragraphs;
+}
+
+PDSElement FixGroupTagsAction::NewElementOver(const Paragraphs& paragraphs, const char* type) {
+  PDSElement group = CosNewNull();
+  PDSElementCreate(GetDocument(), &group);
+  PDSElementSetType(group, ASAtomFromString(type));
+  ASInt32 index = 0;
+  for (const PDSElement paragraph : paragraphs.elements) PDSElementInsertKid(group, paragraph, index++);
+  return group;
+}
+
+void FixGroupTagsAction::FinishParagraphs(const Paragraphs& paragraphs) {
+  for (const PDSElement paragraph : paragraphs.elements) {
+    PDSElementSetType(paragraph, ASAtomFromString("P"));
+    grouped_.insert(Bits(paragraph));
+  }
+}
+
+// The elements of one parent are handled in their order, so the search goes on where the last one ended.
+int FixGroupTagsAction::IndexIn(PDSElement parent, PDSElement element) {
+  int& from = handledUpTo_[Bits(parent)];
+  const ASInt32 count = PDSElementGetNumKids(parent);
+  for (ASInt32 index = from; index < count; ++index) {
+    CosObj kid = CosNewNull();
+    PDSElementGetKid(parent, index, &kid, nullptr, nullptr);
+    if (CosObjEqual(kid, element) != 0) return from = index;
+  }
+  return GetKidIndex(parent, element);
+}
+
+void FixGroupTagsAction::UnmapPrivateTypes() {
+  PDSRoleMap map = CosNewNull();
+  AcquireRoleMap(&map);
+  for (const auto& [type, kind] : roles_) PDSRoleMapUnMapSrc(map, type, 1);
+}
+
+}  // namespace tgx
