@@ -19,7 +19,7 @@ struct Element {
     kClosed = 4,              ///< container: has its EMC
     kSharedDictionary = 8,    ///< container: the property dictionary is a resource
     kWithoutDictionary = 16,  ///< container: BMC, a missing resource, an operand that is no dictionary
-    kPartial = 32,            ///< path: began before something else that stands in its midst
+    kInPath = 32,             ///< a path was begun before this element, or before the part of it that this one is
   };
   std::uint8_t type;  ///< kPDE...
   std::uint8_t flags;

@@ -64,6 +64,7 @@ std::uint32_t TreeReader::Add(std::uint8_t type, std::size_t begin, std::size_t 
   const std::uint32_t number = page_.Count();
   Element element{};
   element.type = type;
+  if (path_ != kNoPath) element.flags = Element::kInPath;
   element.begin = static_cast<std::uint32_t>(begin);
   element.end = static_cast<std::uint32_t>(end);
   element.parent = open_.empty() ? kNone : open_.back();
@@ -87,9 +88,9 @@ void TreeReader::AddText(const ContentReader& op) {
 void TreeReader::AddPath(const ContentReader& op) {
   if (path_ == kNoPath) return;  // nothing to paint
   // Elements do not overlap: of a path with something else in its midst the later part is the element.
-  const bool isPartial = path_ < lastEnd_;
-  const std::uint32_t number = Add(kPDEPath, std::max(path_, lastEnd_), op.End());
-  if (isPartial) page_.At(number).flags = Element::kPartial;
+  const std::size_t begin = std::max(path_, lastEnd_);
+  if (begin == path_) path_ = kNoPath;
+  Add(kPDEPath, begin, op.End());
   path_ = kNoPath;
 }
 
@@ -144,16 +145,16 @@ void TreeReader::BeginContainer(const ContentReader& op) {
   const std::uint32_t number = Add(kPDEContainer, op.Begin(), op.End());
   Element& container = page_.At(number);
   open_.push_back(number);
-  container.flags = Element::kWithoutDictionary;
+  container.flags |= Element::kWithoutDictionary;
   if (op.Code() == Opcode::kBeginContainer || !op.Has(1)) return;
   const Token& operand = op.Operand(0, 1);
   if (operand.kind == Token::Kind::kDictionary) {
-    container.flags = 0;
+    container.flags &= ~Element::kWithoutDictionary;
     container.mcid = McidOf(operand.In(content_));
   } else if (operand.kind == Token::Kind::kName && op.Has(2)) {
     container.dictionary = SharedProperties(operand.In(content_));
     if (container.dictionary == kNone) return;
-    container.flags = Element::kSharedDictionary;
+    container.flags ^= Element::kWithoutDictionary | Element::kSharedDictionary;
     container.mcid = McidOf(page_.properties_[container.dictionary].dictionary);
   }
 }

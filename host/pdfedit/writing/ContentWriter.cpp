@@ -72,7 +72,7 @@ std::string ContentWriter::Write() {
   if (!changes_.empty()) start = std::min(start, changes_.front().begin);
   if (!additions_.empty()) start = std::min(start, additions_.front()->offset);
   state_ = page_.StateAt(start);
-  pathIsOpen_ = !changes_.empty() && page_.At(changes_.front().element).Is(Element::kPartial);
+  pathIsOpen_ = !changes_.empty() && page_.At(changes_.front().element).Is(Element::kInPath);
   out_.reserve(content_.size() + 256);
   CopyTo(start);
   ContentReader reader(content_, start);
@@ -195,17 +195,45 @@ void ContentWriter::Keep(const ContentReader& op) {
       break;
     case Opcode::kShowText:
     case Opcode::kShowTextAdjusted:
+      CopyTo(op.Begin());
+      PutMove();
+      break;
     case Opcode::kTextFont:
     case Opcode::kTextScale:
     case Opcode::kExtGState:
     case Opcode::kSave:
     case Opcode::kRestore:
+      if (!IsMoveSeen(op.End())) break;
       CopyTo(op.Begin());
       PutMove();
       break;
     default:
       break;
   }
+}
+
+/// Whether anything is shown before the text gets a new position.
+bool ContentWriter::IsMoveSeen(std::size_t offset) const {
+  ContentReader ahead(content_, offset);
+  while (ahead.Next()) {
+    switch (ahead.Code()) {
+      case Opcode::kShowText:
+      case Opcode::kShowTextAdjusted:
+        return true;
+      case Opcode::kNextLineShow:
+      case Opcode::kNextLineShowSpaced:
+      case Opcode::kBeginText:
+      case Opcode::kEndText:
+      case Opcode::kMoveText:
+      case Opcode::kMoveTextSetLeading:
+      case Opcode::kTextMatrix:
+      case Opcode::kNextLine:
+        return false;
+      default:
+        break;
+    }
+  }
+  return false;
 }
 
 /// The number for a TJ array that moves as far; 0 where no number can.

@@ -120,14 +120,15 @@ CosObj ContentDocument::Properties(PDEContainer container) {
   return properties;
 }
 
-std::string ContentDocument::Saved(int index) {
+std::string ContentDocument::SavedRaw(int index) {
   HostDocument saved = document_.Reopened();
-  std::istringstream content(saved->Contents().Of(index).Bytes());
+  return saved->Contents().Of(index).Bytes();
+}
+
+std::string ContentDocument::Saved(int index) {
+  std::istringstream content(SavedRaw(index));
   std::string text;
-  for (std::string line; std::getline(content, line);) {
-    while (!line.empty() && line.back() == ' ') line.pop_back();
-    if (!line.empty()) text += (text.empty() ? "" : "\n") + line;
-  }
+  for (std::string word; content >> word;) text += (text.empty() ? "" : " ") + word;
   return text;
 }
 

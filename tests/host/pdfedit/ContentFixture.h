@@ -58,7 +58,8 @@ class ContentDocument {
   CosObj Properties(PDEContainer container);
   void Commit(int index = 0) { PageContent().PDPageSetPDEContent(Page(index), nullptr); }
 
-  /// The page's content as it is saved, white space at line ends and empty lines taken out.
+  /// The page's content as it is saved; Saved gives it with one space for all white space between two things.
+  std::string SavedRaw(int index = 0);
   std::string Saved(int index = 0);
   std::string SavedBytes() { return document_.Written(); }
 
