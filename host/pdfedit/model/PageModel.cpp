@@ -33,8 +33,7 @@ PageModel::~PageModel() {
 
 std::string PageModel::Place() const { return contents_.InDocument().Name() + ": page " + std::to_string(pageIndex_ + 1); }
 
-// ---- Lists
-// ------------------------------------------------------------------------------------------------------------------
+// Lists.
 
 std::uint32_t PageModel::ListOf(std::uint32_t container) {
   if (At(container).detail == kNone) {
@@ -84,8 +83,7 @@ bool PageModel::IsAttached(std::uint32_t element) {
   return true;
 }
 
-// ---- State and text
-// ---------------------------------------------------------------------------------------------------------
+// State and text.
 
 const ContentState& PageModel::StateAt(std::uint32_t offset) {
   if (offset < cursor_.offset) {
@@ -142,8 +140,28 @@ const TextLayout& PageModel::Layout(std::uint32_t text) {
   return *editedLayout_.layout;
 }
 
-// ---- Containers
-// -------------------------------------------------------------------------------------------------------------
+// Images.
+
+ImageData PageModel::ImageOf(std::uint32_t number) {
+  const Element& element = At(number);
+  if (element.detail != kNone) return ImageData::OfXObject(XObjectOf(number).stream);
+  ContentReader reader(bytes_, element.begin);
+  QPDFObjectHandle dictionary = QPDFObjectHandle::newDictionary();
+  std::string data;
+  if (reader.Next() && reader.Code() == Opcode::kInlineImage) {
+    const std::string entries = "<<" + std::string(reader.Image().Dictionary(bytes_)) + ">>";
+    if (auto parsed = ParseProperties(contents_.InDocument(), entries)) dictionary = *parsed;
+    data = reader.Image().Data(bytes_);
+  }
+  return ImageData::OfInline(dictionary, std::move(data), InheritedAttribute(dictionary_, "/Resources"));
+}
+
+std::string& PageModel::Samples(std::uint32_t number) {
+  if (samples_.image != number) samples_ = {number, ImageOf(number).Samples()};
+  return samples_.bytes;
+}
+
+// Containers.
 
 std::string PageModel::TagOf(std::uint32_t container) {
   const auto edit = containerEdits_.find(container);

@@ -15,6 +15,7 @@
 #include <tgx/host.h>
 #include <qpdf/QPDFObjectHandle.hh>
 
+#include "host/pdfedit/ImageData.h"
 #include "host/pdfedit/model/ContentState.h"
 #include "host/pdfedit/model/CreatedText.h"
 #include "host/pdfedit/model/PageResources.h"
@@ -88,6 +89,10 @@ class PageModel {
   std::string TagOf(std::uint32_t container);
   /// The property dictionary; nothing when the container has none.
   Properties* PropertiesOf(std::uint32_t container);
+  ImageData ImageOf(std::uint32_t number);
+  /// The decoded samples of an image; kept until another's are asked for, or ForgetSamples.
+  std::string& Samples(std::uint32_t number);
+  void ForgetSamples() { samples_ = {}; }
   Box BoxOf(std::uint32_t number);
   /// The state in front of the operator that begins at `offset`, text position included.
   const ContentState& StateAt(std::uint32_t offset);
@@ -167,6 +172,12 @@ class PageModel {
   };
   CachedLayout original_;
   CachedLayout editedLayout_;
+
+  struct CachedSamples {
+    std::uint32_t image = kNone;
+    std::string bytes;
+  };
+  CachedSamples samples_;
 
   struct McidEntry {
     std::int32_t mcid;

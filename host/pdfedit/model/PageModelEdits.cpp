@@ -108,8 +108,7 @@ void PageModel::TextChanged(std::uint32_t text) {
   Edited();
 }
 
-// ---- Committing
-// -------------------------------------------------------------------------------------------------------------
+// Committing.
 
 void PageModel::Commit() {
   CommitProperties();

@@ -17,8 +17,7 @@ std::string FormatMatrix(const Matrix& m) {
 
 }  // namespace
 
-// ---- What is to be done
-// -----------------------------------------------------------------------------------------------------
+// What is to be done.
 
 bool ContentWriter::IsGone(std::uint32_t element) const {
   for (std::uint32_t at = element; at != kNone; at = page_.At(at).parent) {
@@ -61,8 +60,7 @@ void ContentWriter::CollectAdditions() {
   needsPosition_ = needsPosition_ || !additions_.empty();
 }
 
-// ---- The walk
-// ---------------------------------------------------------------------------------------------------------------
+// The walk.
 
 std::string ContentWriter::Write() {
   CollectChanges();
@@ -145,8 +143,7 @@ void ContentWriter::Track(const ContentReader& op) {
   if (isShow && needsPosition_) state_.AdvanceOver(op);
 }
 
-// ---- Output
-// -----------------------------------------------------------------------------------------------------------------
+// Output.
 
 void ContentWriter::CopyTo(std::size_t offset) {
   if (offset <= copied_) return;
@@ -249,8 +246,7 @@ void ContentWriter::PutMove() {
   if (number != "0") Put("[" + number + "] TJ ");
 }
 
-// ---- Containers
-// -------------------------------------------------------------------------------------------------------------
+// Containers.
 
 void ContentWriter::RewriteContainer(const ContentReader& op) {
   const ContainerEdit& edit = page_.ContainerEdits().at(changes_[nextChange_++].element);
@@ -273,8 +269,7 @@ void ContentWriter::RewriteContainer(const ContentReader& op) {
   Replace(op, text);
 }
 
-// ---- Additions
-// --------------------------------------------------------------------------------------------------------------
+// Additions.
 
 void ContentWriter::PutAdditionsUpTo(std::size_t offset) {
   while (nextAddition_ < additions_.size() && additions_[nextAddition_]->offset <= offset) {

@@ -102,8 +102,7 @@ TEST(Removal, KeepsTextThatClips) {
 }
 
 TEST(Removal, TakesOutOneTextOfTextObjectWithState) {
-  EXPECT_EQ(Without("BT /F1 10 Tf 5 5 Td (a) Tj 2 Tc (b) Tj ET (x) Tj", {0}),
-            "BT /F1 10 Tf 5 5 Td 2 Tc ET (x) Tj");
+  EXPECT_EQ(Without("BT /F1 10 Tf 5 5 Td (a) Tj 2 Tc (b) Tj ET (x) Tj", {0}), "BT /F1 10 Tf 5 5 Td 2 Tc ET (x) Tj");
 }
 
 TEST(Removal, WorksAtAnyDepth) {

@@ -171,8 +171,7 @@ TEST(Boxes, SaturateBeyondTheFixedRange) {
   EXPECT_EQ(box.right, 0x7FFFFFFF);
 }
 
-// ---- Edits
-// ------------------------------------------------------------------------------------------------------------------
+// Edits.
 
 std::string AfterRemoval(const std::string& content, ASUns32 flags, int index, int count) {
   ContentDocument document(content);
