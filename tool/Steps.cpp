@@ -22,7 +22,7 @@ constexpr Step kSteps[] = {
     {kAction, 5, "toc", "TOC.xml", "build the table of contents", false},
     {kAction, 6, "remove-empty-tags", "", "remove structure elements that hold nothing", true},
     {kAction, 7, "mark-empty-tags", "", "add [EMPTY] to the type of structure elements that hold nothing", true},
-    {kAction, 8, "user-alt-text", "", "move alternate texts from link addresses to the figures", false},
+    {kAction, 8, "user-alt-text", "", "move alternate texts from link addresses to the figures", true},
     {kAction, 9, "layout-tables", "TABLES.tsv", "turn the tables that TABLES.tsv says only lay out the page into divisions",
      true},
     {kAction, 10, "footnote-links", "", "link footnotes and their references with each other", false},
@@ -41,7 +41,7 @@ constexpr Step kSteps[] = {
     {kFix, 0x20, "language-brackets", "", "write languages in brackets", false},
     {kFix, 0x40, "table-headers-footers", "", "keep the first head and the last foot of tables that repeat them", false},
     {kFix, 0x80, "table-layout", "", "dissolve tables that hold other elements than those of tables", true},
-    {kFix, 0x100, "button-widgets", "", "turn the widgets of push buttons into stamps", false},
+    {kFix, 0x100, "button-widgets", "", "turn the widgets of push buttons into stamps", true},
     {kFix, 0x200, "role-map", "", "remove types that are mapped to themselves from the role map", true},
 };
 

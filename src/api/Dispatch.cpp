@@ -6,7 +6,9 @@
 #include "src/actions/FixEndNote/FixEndNoteAction.h"
 #include "src/actions/FixGroupTags/FixGroupTagsAction.h"
 #include "src/actions/IDStyleName/IDStyleNameFix.h"
+#include "src/actions/UserAltText/UserAltTextFix.h"
 #include "src/fixes/FixTableLayout/TableLayoutFixer.h"
+#include "src/fixes/FixWidgetAnnot/WidgetAnnotFixer.h"
 #include "src/fixes/RemoveExtraParaTag/CExtraPTagRemover.h"
 #include "src/fixes/RoleMap/RoleMapFix.h"
 #include "src/forms/AcroFormSync.h"
@@ -77,6 +79,7 @@ constexpr ActionRow kActions[] = {
     {4, SynchroniseForms},
     {6, RunWorker<EmptyTagFix>},
     {7, RunWorker<EmptyTagFix, &EmptyTagFix::MarkEmpty>},
+    {8, RunWorker<UserAltTextFix>},
     {9, RetagLayoutTables},
     {12, RunWorker<AttFixAction>},
     {15, RunWorker<FixEndNoteAction>},
@@ -87,6 +90,7 @@ constexpr ActionRow kActions[] = {
 constexpr FixRow kFixes[] = {
     {0x2, RunFixer<CExtraPTagRemover>},
     {0x80, RunTableFixer<TableLayoutFixer>},
+    {0x100, RunFixer<WidgetAnnotFixer>},
     {0x200, RunRoleMapFix},
 };
 // clang-format on

@@ -4,7 +4,7 @@
 
 #include "tests/host/pdsedit/StructureFixture.h"
 
-namespace tgx::host {
+namespace tgx::host::structure {
 namespace {
 
 using namespace std::string_literals;
@@ -209,4 +209,4 @@ TEST(NewRoleMap, IsMadeOnce) {
 }
 
 }  // namespace
-}  // namespace tgx::host
+}  // namespace tgx::host::structure

@@ -3,7 +3,7 @@
 
 #include "tests/host/pdsedit/StructureFixture.h"
 
-namespace tgx::host {
+namespace tgx::host::structure {
 namespace {
 
 using test::ReadBack;
@@ -109,4 +109,4 @@ TEST(IdTree, OfManyIdsHasLeavesThatReadersFind) {
 }
 
 }  // namespace
-}  // namespace tgx::host
+}  // namespace tgx::host::structure

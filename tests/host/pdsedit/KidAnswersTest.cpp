@@ -2,7 +2,7 @@
 
 #include "tests/host/pdsedit/StructureFixture.h"
 
-namespace tgx::host {
+namespace tgx::host::structure {
 namespace {
 
 using test::Page;
@@ -244,4 +244,4 @@ TEST_F(KidKinds, ItemsOfTheRootThatAreNoElementsSurviveAnEdit) {
 }
 
 }  // namespace
-}  // namespace tgx::host
+}  // namespace tgx::host::structure

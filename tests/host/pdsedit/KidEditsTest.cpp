@@ -2,7 +2,7 @@
 
 #include "tests/host/pdsedit/StructureFixture.h"
 
-namespace tgx::host {
+namespace tgx::host::structure {
 namespace {
 
 /// Document > A B C, where B holds D.
@@ -201,4 +201,4 @@ TEST(ReplaceKid, RefusesToMakeAnElementItsOwnAncestor) {
 }
 
 }  // namespace
-}  // namespace tgx::host
+}  // namespace tgx::host::structure

@@ -5,7 +5,7 @@
 
 #include <gtest/gtest.h>
 
-namespace tgx::host {
+namespace tgx::host::structure {
 namespace {
 
 std::vector<ASUns32> PlacesOf(const KidList& kids) {
@@ -64,4 +64,4 @@ TEST(KidList, PointsAtTheLastEdit) {
 }
 
 }  // namespace
-}  // namespace tgx::host
+}  // namespace tgx::host::structure

@@ -3,7 +3,7 @@
 #include "host/pdfedit/PageContents.h"
 #include "tests/host/pdsedit/StructureFixture.h"
 
-namespace tgx::host {
+namespace tgx::host::structure {
 namespace {
 
 using test::Marked;
@@ -162,4 +162,4 @@ TEST_F(MarkedContentKids, RecordOfAContainerHasItsMcid) {
 }
 
 }  // namespace
-}  // namespace tgx::host
+}  // namespace tgx::host::structure

@@ -2,7 +2,7 @@
 
 #include "tests/host/pdsedit/StructureFixture.h"
 
-namespace tgx::host {
+namespace tgx::host::structure {
 namespace {
 
 using test::Page;
@@ -134,4 +134,4 @@ TEST_F(ObjectKids, AllKidsGoWhenTheFirstIsAlwaysTaken) {
 }
 
 }  // namespace
-}  // namespace tgx::host
+}  // namespace tgx::host::structure

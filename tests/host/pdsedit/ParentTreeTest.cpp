@@ -3,7 +3,7 @@
 
 #include "tests/host/pdsedit/StructureFixture.h"
 
-namespace tgx::host {
+namespace tgx::host::structure {
 namespace {
 
 using test::ExpectSound;
@@ -377,4 +377,4 @@ TEST(Saving, SucceedsForATreeThatCannotBeWalked) {
 }
 
 }  // namespace
-}  // namespace tgx::host
+}  // namespace tgx::host::structure

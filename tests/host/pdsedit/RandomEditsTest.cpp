@@ -8,7 +8,7 @@
 
 #include "tests/host/pdsedit/StructureFixture.h"
 
-namespace tgx::host {
+namespace tgx::host::structure {
 namespace {
 
 constexpr int kRoot = 0;
@@ -336,4 +336,4 @@ TEST_P(RandomEdits, LeadToTheSameTreeAsPlainLists) {
 INSTANTIATE_TEST_SUITE_P(Seeds, RandomEdits, testing::Range(1U, 41U));
 
 }  // namespace
-}  // namespace tgx::host
+}  // namespace tgx::host::structure

@@ -3,7 +3,7 @@
 #include "tests/host/pdsedit/StructureFixture.h"
 #include "tests/support/DataFiles.h"
 
-namespace tgx::host {
+namespace tgx::host::structure {
 namespace {
 
 /// Documents of many producers, opened with an element put at the end of the top and taken out again, so that the host
@@ -28,4 +28,4 @@ INSTANTIATE_TEST_SUITE_P(All, RealDocuments, testing::ValuesIn(test::DataFiles()
                          [](const auto& file) { return test::TestName(file.param); });
 
 }  // namespace
-}  // namespace tgx::host
+}  // namespace tgx::host::structure

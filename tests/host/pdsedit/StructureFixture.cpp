@@ -1,6 +1,6 @@
 #include "tests/host/pdsedit/StructureFixture.h"
 
-namespace tgx::host {
+namespace tgx::host::structure {
 
 CosObj StructureDocument::PageObject(int index) {
   return Tables()->pdModel->PDPageGetCosObj(Tables()->pdModel->PDDocAcquirePage(Handle(), index));
@@ -56,4 +56,4 @@ std::string TitleOf(PDSElement element) {
   return title;
 }
 
-}  // namespace tgx::host
+}  // namespace tgx::host::structure

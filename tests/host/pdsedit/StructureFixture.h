@@ -14,7 +14,7 @@
 #include "tests/support/TestDocument.h"
 #include "tests/support/TreeText.h"
 
-namespace tgx::host {
+namespace tgx::host::structure {
 
 using test::Element;
 using test::OpenDocument;
@@ -62,4 +62,4 @@ std::string TypeOf(PDSElement element);
 std::string KidsOf(PDSElement parent);
 std::string TitleOf(PDSElement element);
 
-}  // namespace tgx::host
+}  // namespace tgx::host::structure

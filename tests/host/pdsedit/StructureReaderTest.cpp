@@ -2,7 +2,7 @@
 
 #include "tests/host/pdsedit/StructureFixture.h"
 
-namespace tgx::host {
+namespace tgx::host::structure {
 namespace {
 
 using test::Page;
@@ -296,4 +296,4 @@ TEST(Kids, IndirectIntegerIsMarkedContent) {
 }
 
 }  // namespace
-}  // namespace tgx::host
+}  // namespace tgx::host::structure

@@ -2,7 +2,7 @@
 
 #include "tests/host/pdsedit/StructureFixture.h"
 
-namespace tgx::host {
+namespace tgx::host::structure {
 namespace {
 
 using test::Page;
@@ -259,4 +259,4 @@ TEST(CosEdit, OfTheRootInTheCatalogShows) {
 }
 
 }  // namespace
-}  // namespace tgx::host
+}  // namespace tgx::host::structure

@@ -104,7 +104,22 @@ std::string WithLayoutTables() {
   return doc.Write();
 }
 
+/// Links that carry alternate texts, with and without a target, and buttons.
+std::string WithLinksAndButtons() {
+  TestDocument doc;
+  Page& page = doc.AddPage();
+  doc.Stream("face", "<</Type/XObject/Subtype/Form/BBox[0 0 9 9]>>", "0 0 9 9 re f");
+  doc.Field(page, "go", "Btn").Set("AP", "<</N $face>>").Set("AA", "<</D<</S/Named/N/NextPage>>>>");
+  doc.Tree({Element("Sect")({
+      Element("Link")({Element("Figure")}).Object(page.Link("?id_useralttext=AEE=")),
+      Element("Link")({Element("Figure")}).Object(page.Link("https://example.org/?id_useralttext=AEE=")),
+  })});
+  return doc.Write();
+}
+
 const SweptOperation kOperations[] = {
+    {"MoveUserAltTexts", WithLinksAndButtons, [](OpenDocument& document) { return document.Action(8); }},
+    {"MakeStampsOfButtons", WithLinksAndButtons, [](OpenDocument& document) { return document.Fixups(0x100); }},
     {"DissolveLayoutTables", WithLayoutTables, [](OpenDocument& document) { return document.Fixups(0x80); }},
     {"RetagLayoutTables", WithTableMetadata, RetagLayoutTables},
     {"ApplyTableMetadata", WithTableMetadata, [](OpenDocument& document) { return document.Action(12); }},
