@@ -18,8 +18,8 @@ class MarkedContentKids : public testing::Test {
     TestDocument source;
     Page& first = source.AddPage();
     Page& second = source.AddPage();
-    source.Tree({Element("A").Set("Pg", "$page1").Mcid(first, 0), Element("B").Set("Pg", "$page1").Mcr(second, 0),
-                 Element("C")});
+    source.Tree(
+        {Element("A").Set("Pg", "$page1").Mcid(first, 0), Element("B").Set("Pg", "$page1").Mcr(second, 0), Element("C")});
     first.Add(Marked("P", "<</MCID 0>>", {Text("a")})).Add(Marked("P", "<</MCID 1>>", {Text("b")}));
     first.Add(Marked("P", "<</Lang(de)>>", {Text("c")}));
     second.Add(Marked("P", "<</MCID 0>>", {Text("d")}));
