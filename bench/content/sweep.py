@@ -52,7 +52,7 @@ def words(path):
 def page_sizes(path):
     text = run("pdfinfo", "-f", "1", "-l", "100000", "-box", path).decode("latin1")
     sizes = {}
-    for match in re.finditer(r"Page\s+(\d+) (CropBox|rot):\s+(.*)", text):
+    for match in re.finditer(r"Page\s+(\d+) (MediaBox|rot):\s+(.*)", text):
         sizes.setdefault(int(match[1]), {})[match[2]] = match[3].split()
     return sizes
 
@@ -95,11 +95,11 @@ def check_remove(program, path, out):
         after, new_words = images(out), words(out)
         scale = RESOLUTION / 72
         for page, (left, bottom, right, top) in removed.items():
-            crop = [float(value) for value in boxes[page]["CropBox"]]
+            media = [float(value) for value in boxes[page]["MediaBox"]]
             if boxes[page]["rot"] != ["0"]:
                 continue
-            x0, x1 = (left - crop[0]) * scale - MARGIN, (right - crop[0]) * scale + MARGIN
-            y0, y1 = (crop[3] - top) * scale - MARGIN, (crop[3] - bottom) * scale + MARGIN
+            x0, x1 = (left - media[0]) * scale - MARGIN, (right - media[0]) * scale + MARGIN
+            y0, y1 = (media[3] - top) * scale - MARGIN, (media[3] - bottom) * scale + MARGIN
             stray = [p for p in differing_pixels(before[page - 1], after[page - 1])
                      if not (x0 <= p[0] <= x1 and y0 <= p[1] <= y1)]
             if stray:
@@ -143,13 +143,13 @@ def check_boxes(program, path, _):
     for number, page in enumerate(words(path), 1):
         if sizes[number]["rot"] != ["0"]:
             continue
-        crop = [float(value) for value in sizes[number]["CropBox"]]
+        media = [float(value) for value in sizes[number]["MediaBox"]]
         texts = []
         for line in run(program, "boxes", path, str(number)).decode("utf8", "replace").splitlines():
             parts = line.split(" ", 4)
             if len(parts) == 5 and parts[4].strip():
                 left, bottom, right, top = (float(v) for v in parts[:4])
-                texts.append((left - crop[0], crop[3] - top, right - crop[0], crop[3] - bottom, parts[4]))
+                texts.append((left - media[0], media[3] - top, right - media[0], media[3] - bottom, parts[4]))
         for word, x0, y0, x1, y1 in page:
             middle = (y0 + y1) / 2
             same = [t for t in texts if t[1] <= middle <= t[3]]
