@@ -7,6 +7,9 @@
 #include "src/actions/FixGroupTags/FixGroupTagsAction.h"
 #include "src/actions/IDStyleName/IDStyleNameFix.h"
 #include "src/actions/UserAltText/UserAltTextFix.h"
+#include "src/actions/RemoveTextFrameMarkers/RemoveTextFrameMarkersAction.h"
+#include "src/actions/ReshuffleAnchoredFramesV2/ActionRAFv2.h"
+#include "src/common/ContentCommands.h"
 #include "src/fixes/FixTableLayout/TableLayoutFixer.h"
 #include "src/fixes/FixWidgetAnnot/WidgetAnnotFixer.h"
 #include "src/fixes/RemoveExtraParaTag/CExtraPTagRemover.h"
@@ -25,6 +28,11 @@ int RenameStyles(PDDoc document, const char* path) {
   IDStyleNameFix worker;
   worker.SetDocument(document);
   worker.Run(path);
+  return TGX_OK;
+}
+
+int RemoveDummyImagesOfAllPages(PDDoc document, const char*) {
+  RemoveDummyImages(document);
   return TGX_OK;
 }
 
@@ -81,7 +89,10 @@ constexpr ActionRow kActions[] = {
     {7, RunWorker<EmptyTagFix, &EmptyTagFix::MarkEmpty>},
     {8, RunWorker<UserAltTextFix>},
     {9, RetagLayoutTables},
+    {11, RunWorker<RemoveTextFrameMarkersAction>},
     {12, RunWorker<AttFixAction>},
+    {13, RemoveDummyImagesOfAllPages},
+    {14, RunWorker<ActionRAFv2>},
     {15, RunWorker<FixEndNoteAction>},
     {16, RunWorker<FixGroupTagsAction>},
     {18, RunNothing},

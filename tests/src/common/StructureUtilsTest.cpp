@@ -310,6 +310,41 @@ TEST_F(StructureUtilsTest, RemovesKidsOfUnknownTypeAndComesToAnEnd) {
   EXPECT_EQ(test::SavedTree(Opened()), "Document\n");
 }
 
+TEST_F(StructureUtilsTest, RemovesTheContentOfWhatItRemoves) {
+  Page& first = doc.AddPage();
+  Page& second = doc.AddPage();
+  doc.Tree(
+      {Element("Document")({Element("Sect").Text(first, "one").Add(Element("P").Text(second, "two").Text(second, "three")),
+                            Element("P").Text(second, "stays")})});
+  Open();
+  RemoveElementWithContent(At({0, 0}));
+  test::ReadBack saved(Opened().Save());
+  EXPECT_EQ(test::TreeText(saved.Pdf()), "Document\n  P\n    mcid 2 page 2\n");
+  EXPECT_THAT(saved.Content(1), testing::Not(testing::HasSubstr("(one)")));
+  EXPECT_THAT(saved.Content(2), testing::Not(testing::HasSubstr("(two)")));
+  EXPECT_THAT(saved.Content(2), testing::Not(testing::HasSubstr("(three)")));
+  EXPECT_THAT(saved.Content(2), testing::HasSubstr("(stays)"));
+}
+
+TEST_F(StructureUtilsTest, LeavesContentInsideAnotherContainerOnThePage) {
+  Page& page = doc.AddPage();
+  page.Add(test::Marked("Sect", "", {test::Marked("P", "<</MCID 4>>", {test::Text("nested")})}));
+  doc.Tree({Element("Document")({Element("P").Mcid(page, 4)})});
+  Open();
+  RemoveElementWithContent(At({0, 0}));
+  test::ReadBack saved(Opened().Save());
+  EXPECT_EQ(test::TreeText(saved.Pdf()), "Document\n");
+  EXPECT_THAT(saved.Content(1), testing::HasSubstr("(nested)"));
+}
+
+TEST_F(StructureUtilsTest, RemovesAKidWhoseContentIsGone) {
+  Page& page = doc.AddPage();
+  doc.Tree({Element("Document")({Element("P").Mcid(page, 4)})});
+  Open();
+  RemoveElementWithContent(At({0, 0}));
+  EXPECT_EQ(test::SavedTree(Opened()), "Document\n");
+}
+
 TEST(SplitString, KeepsEmptyFieldsBetweenDelimiters) {
   std::vector<std::string> fields = {"old"};
   SplitString("a,,b", ',', fields);

@@ -203,6 +203,19 @@ TEST_F(TagStructureWalkerTest, CountsTheKidsOnceAndAsksForOneThatIsGone) {
   TGXHost_CutFrames(frames);
 }
 
+TEST_F(TagStructureWalkerTest, FindsPointersForVisitorsThatNeedThem) {
+  Page& page = doc.AddPage();
+  doc.Tree({Element("P").Text(page, "text")});
+  const PDDoc document = Open();
+  std::vector<std::string> events;
+  Listener listener(events);
+  TagStructureWalker walker;
+  walker.AddVisitor(&listener);
+  walker.Walk(Root());
+  const PDEContent content = PDPageAcquirePDEContent(PDDocAcquirePage(document, 0), nullptr);
+  EXPECT_THAT(listener.pointers, ElementsAre(static_cast<void*>(PDEContentGetElem(content, 0))));
+}
+
 class PointerlessListener : public Listener {
  public:
   using Listener::Listener;

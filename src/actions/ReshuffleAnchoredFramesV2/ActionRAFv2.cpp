@@ -1,0 +1,183 @@
+#include "src/actions/ReshuffleAnchoredFramesV2/ActionRAFv2.h"
+
+#include <algorithm>
+#include <map>
+
+#include "src/common/ContentCommands.h"
+#include "src/common/StructureUtils.h"
+#include "src/common/TagStructureWalker.h"
+
+namespace tgx {
+namespace {
+
+constexpr std::size_t kSlack = 4;
+
+struct Frame {
+  PDSElement start = {};
+  PDSElement end = {};
+};
+
+bool IsNull(CosObj object) { return CosObjGetType(object) == CosNull; }
+
+bool AreEqual(CosObj a, CosObj b) { return CosObjEqual(a, b) != 0; }
+
+// Takes the element out of the structure. One that was taken out before has no parent and is left alone.
+void RemoveFromParent(PDSElement element) {
+  const PDSElement parent = GetParent(element);
+  if (!IsNull(parent)) PDSElementRemoveKid(parent, element);
+}
+
+// The structure elements between the markers, if both are kids of one parent. Kids of other types cannot be moved and are
+// passed over.
+std::vector<PDSElement> ElementsBetween(const Frame& frame) {
+  std::vector<PDSElement> elements;
+  const PDSElement parent = GetParent(frame.start);
+  if (!AreEqual(parent, GetParent(frame.end))) return elements;
+  bool started = false;
+  const ASInt32 count = PDSElementGetNumKids(parent);
+  for (ASInt32 index = 0; index < count; ++index) {
+    CosObj kid = CosNewNull();
+    const ASAtom type = PDSElementGetKid(parent, index, &kid, nullptr, nullptr);
+    if (AreEqual(kid, frame.end)) return elements;
+    if (AreEqual(kid, frame.start)) {
+      started = true;
+    } else if (started && type == ASAtomFromString("StructElem")) {
+      elements.push_back(kid);
+    }
+  }
+  // The end stood before the start.
+  elements.clear();
+  return elements;
+}
+
+// Appends the element kids of a "Story", each taken at the index that is the place of the "Story" itself among the elements
+// of the frame, or from the end where that lies behind what is left. So a "Story" in the first place gives its kids in order
+// and a later one does not, which is meant to stay so. What is no element cannot be moved: it stays in the "Story", and the
+// "Story" in the frame.
+void AppendStory(PDSElement story, std::size_t place, std::vector<PDSElement>& elements) {
+  std::vector<PDSElement> kids;
+  const ASInt32 count = PDSElementGetNumKids(story);
+  for (ASInt32 index = 0; index < count; ++index) {
+    CosObj kid = CosNewNull();
+    if (PDSElementGetKid(story, index, &kid, nullptr, nullptr) == ASAtomFromString("StructElem")) kids.push_back(kid);
+  }
+  const bool dissolves = kids.size() == static_cast<std::size_t>(count);
+  while (!kids.empty()) {
+    const auto kid = kids.begin() + static_cast<std::ptrdiff_t>(std::min(place, kids.size() - 1));
+    PDSElementRemoveKid(story, *kid);
+    elements.push_back(*kid);
+    kids.erase(kid);
+  }
+  if (!dissolves) elements.push_back(story);
+}
+
+std::vector<PDSElement> ExpandStories(const std::vector<PDSElement>& elements) {
+  std::vector<PDSElement> expanded;
+  for (std::size_t place = 0; place < elements.size(); ++place) {
+    if (PDSElementGetType(elements[place]) == ASAtomFromString("Story")) {
+      AppendStory(elements[place], place, expanded);
+    } else {
+      expanded.push_back(elements[place]);
+    }
+  }
+  return expanded;
+}
+
+// Moves what stands between the markers to the anchor; markers and anchor go.
+void PlaceFrame(PDSElement anchor, const Frame& frame) {
+  std::vector<PDSElement> elements = ElementsBetween(frame);
+  for (const PDSElement element : elements) RemoveFromParent(element);
+  RemoveFromParent(frame.start);
+  RemoveFromParent(frame.end);
+  elements = ExpandStories(elements);
+  const PDSElement parent = GetParent(anchor);
+  const int index = GetKidIndex(parent, anchor);
+  if (index < 0) return;
+  // Each goes directly behind the anchor, so the last comes first.
+  std::reverse(elements.begin(), elements.end());
+  for (const PDSElement element : elements) PDSElementInsertKid(parent, element, index);
+  PDSElementRemoveKid(parent, anchor);
+}
+
+}  // namespace
+
+bool ActionRAFv2::Run() {
+  records_.clear();
+  TagStructureWalker walker;
+  walker.AddVisitor(this);
+  PDSTreeRoot root = CosNewNull();
+  AcquireStructTreeRoot(&root);
+  walker.Walk(root);
+  return Process();
+}
+
+void ActionRAFv2::VisitElement(PDSElement& element) {
+  if (!RecordHolder(element)) RecordAltMark(element);
+}
+
+bool ActionRAFv2::RecordHolder(PDSElement element) {
+  const ASInt32 length = PDSElementGetTitle(element, nullptr);
+  if (length == 0) return false;
+  ByteVector title(static_cast<std::size_t>(length) + kSlack);
+  PDSElementGetTitle(element, title.data());
+  StripBom(title);
+  if (title[0] != 0x22 || title[1] != 0x30) return false;
+  records_.push_back({Kind::kHolder, element, std::move(title)});
+  return true;
+}
+
+void ActionRAFv2::RecordAltMark(PDSElement element) {
+  if (PDSElementHasAlt(element) == 0) return;
+  const ASInt32 length = PDSElementGetAlt(element, nullptr);
+  if (length < 2) return;
+  ByteVector alt(static_cast<std::size_t>(length) + kSlack);
+  PDSElementGetAlt(element, alt.data());
+  StripBom(alt);
+  if (alt[0] != 0x22) return;
+  Kind kind = Kind::kAnchor;
+  switch (alt[1]) {
+    case 0x64:
+      kind = Kind::kFrameStart;
+      break;
+    case 0x65:
+      kind = Kind::kFrameEnd;
+      break;
+    case 0x2E:
+      break;
+    default:
+      return;
+  }
+  DropFirstTwo(alt);
+  records_.push_back({kind, element, std::move(alt)});
+}
+
+bool ActionRAFv2::Process() {
+  PlaceFrames();
+  RemoveHolders();
+  RemoveDummyImages(GetDocument());
+  return true;
+}
+
+void ActionRAFv2::PlaceFrames() {
+  std::map<ByteVector, Frame> frames;
+  for (const MarkRecord& record : records_) {
+    if (record.kind == Kind::kFrameStart) frames[record.identifier].start = record.element;
+    if (record.kind == Kind::kFrameEnd) frames[record.identifier].end = record.element;
+  }
+  const auto stands = [](PDSElement element) { return !IsNull(GetParent(element)); };
+  for (const MarkRecord& record : records_) {
+    if (record.kind != Kind::kAnchor || !stands(record.element)) continue;
+    const auto frame = frames.find(record.identifier);
+    // An earlier anchor of the same identifier may have taken the markers.
+    if (frame == frames.end() || !stands(frame->second.start) || !stands(frame->second.end)) continue;
+    PlaceFrame(record.element, frame->second);
+  }
+}
+
+void ActionRAFv2::RemoveHolders() {
+  for (const MarkRecord& record : records_) {
+    if (record.kind == Kind::kHolder) RemoveFromParent(record.element);
+  }
+}
+
+}  // namespace tgx

@@ -1,0 +1,277 @@
+#include <gtest/gtest.h>
+
+#include <string>
+
+#include "tests/support/HostFailureSweep.h"
+#include "tests/support/Hosts.h"
+#include "tests/support/OpenDocument.h"
+#include "tests/support/TestDocument.h"
+#include "tests/support/TreeText.h"
+
+namespace tgx {
+namespace {
+
+using test::Element;
+using test::Image;
+using test::kSuccess;
+using test::OpenDocument;
+using test::Page;
+using test::ReadBack;
+using test::TestDocument;
+
+constexpr int kReshuffleFrames = 14;
+
+Element Start(const std::u16string& name = u"f") { return Element("Span").Alt(std::u16string_view(u"\u2264" + name)); }
+Element End(const std::u16string& name = u"f") { return Element("Span").Alt(std::u16string_view(u"\u2265" + name)); }
+Element Anchor(const std::u16string& name = u"f") { return Element("Span").Alt(std::u16string_view(u"\u222E" + name)); }
+Element Holder() { return Element("Sect").Title(u"\u2230 holder"); }
+
+class ActionRAFv2Test : public testing::Test {
+ protected:
+  std::string TreeAfter() {
+    OpenDocument open(doc.Write());
+    EXPECT_EQ(open.Action(kReshuffleFrames), kSuccess);
+    const std::string saved = open.Save();
+    test::ExpectSound(saved);
+    return test::TreeText(saved);
+  }
+
+  TestDocument doc;
+  Page& page = doc.AddPage();
+};
+
+TEST_F(ActionRAFv2Test, PutsTheFrameInThePlaceOfItsAnchor) {
+  doc.Tree({Element("Document")(
+      {Element("P").Text(page, "before").Add(Anchor()).Text(page, "behind"),
+       Holder()({Start().Text(page, "s"), Element("H2").Text(page, "one"), Element("P").Text(page, "two"), End()})})});
+  EXPECT_EQ(TreeAfter(),
+            "Document\n"
+            "  P\n"
+            "    mcid 0 page 1\n"
+            "    H2\n"
+            "      mcid 3 page 1\n"
+            "    P\n"
+            "      mcid 4 page 1\n"
+            "    mcid 1 page 1\n");
+}
+
+TEST_F(ActionRAFv2Test, LeavesTheContentOfThePageAlone) {
+  doc.Tree({Element("Document")({Element("P").Add(Anchor().Text(page, "a")),
+                                 Element("Sect")({Start().Text(page, "s"), Element("H2").Text(page, "one"), End()})})});
+  const std::string before = ReadBack(doc.Write()).Content(1);
+  OpenDocument open(doc.Write());
+  EXPECT_EQ(open.Action(kReshuffleFrames), kSuccess);
+  EXPECT_EQ(ReadBack(open.Save()).Content(1), before);
+}
+
+TEST_F(ActionRAFv2Test, PutsAFrameAtAnAnchorOnTop) {
+  doc.Tree({Element("H1"), Anchor(), Element("P"), Start(), Element("H2"), Element("H3"), End()});
+  EXPECT_EQ(TreeAfter(), "H1\nH2\nH3\nP\n");
+}
+
+TEST_F(ActionRAFv2Test, RemovesTheMarksOfAnEmptyFrame) {
+  doc.Tree({Element("Document")({Element("P")({Anchor()}), Element("Sect")({Start(), End(), Element("H2")})})});
+  EXPECT_EQ(TreeAfter(), "Document\n  P\n  Sect\n    H2\n");
+}
+
+TEST_F(ActionRAFv2Test, MovesNothingWithMarkersUnderDifferentParents) {
+  doc.Tree({Element("Document")(
+      {Element("P")({Anchor()}), Element("Sect")({Start(), Element("H2")}), Element("Sect")({Element("H3"), End()})})});
+  EXPECT_EQ(TreeAfter(), "Document\n  P\n  Sect\n    H2\n  Sect\n    H3\n");
+}
+
+TEST_F(ActionRAFv2Test, MovesNothingWhereTheEndComesFirst) {
+  doc.Tree(
+      {Element("Document")({Element("P")({Anchor()}), Element("Sect")({End(), Element("H2"), Start(), Element("H3")})})});
+  EXPECT_EQ(TreeAfter(), "Document\n  P\n  Sect\n    H2\n    H3\n");
+}
+
+TEST_F(ActionRAFv2Test, LeavesAnAnchorWithoutBothMarkersUntouched) {
+  doc.Tree({Element("Document")({Anchor(u"x"), Anchor(u"y"), Element("Sect")({Start(u"x"), Element("H2"), End(u"y")})})});
+  EXPECT_EQ(TreeAfter(),
+            "Document\n"
+            "  Span alt=u\"\\u{222E}x\"\n"
+            "  Span alt=u\"\\u{222E}y\"\n"
+            "  Sect\n"
+            "    Span alt=u\"\\u{2264}x\"\n"
+            "    H2\n"
+            "    Span alt=u\"\\u{2265}y\"\n");
+}
+
+TEST_F(ActionRAFv2Test, ComparesTheWholeIdentifier) {
+  doc.Tree({Element("Document")({Anchor(u"f1"), Element("Sect")({Start(u"f"), Element("H2"), End(u"f")})})});
+  EXPECT_EQ(TreeAfter(),
+            "Document\n"
+            "  Span alt=u\"\\u{222E}f1\"\n"
+            "  Sect\n"
+            "    Span alt=u\"\\u{2264}f\"\n"
+            "    H2\n"
+            "    Span alt=u\"\\u{2265}f\"\n");
+}
+
+TEST_F(ActionRAFv2Test, AllowsAnEmptyIdentifier) {
+  doc.Tree({Element("Document")({Anchor(u""), Element("Sect")({Start(u""), Element("H2"), End(u"")})})});
+  EXPECT_EQ(TreeAfter(), "Document\n  H2\n  Sect\n");
+}
+
+TEST_F(ActionRAFv2Test, DissolvesAStoryInTheFirstPlace) {
+  doc.Tree({Element("Document")(
+      {Element("P")({Anchor()}),
+       Element("Sect")({Start(), Element("Story")({Element("H2"), Element("H3"), Element("H4")}), Element("P"), End()})})});
+  EXPECT_EQ(TreeAfter(), "Document\n  P\n    H2\n    H3\n    H4\n    P\n  Sect\n");
+}
+
+TEST_F(ActionRAFv2Test, TakesTheKidsOfALaterStoryFromItsPlaceOn) {
+  doc.Tree({Element("Document")(
+      {Element("P")({Anchor()}),
+       Element("Sect")({Start(), Element("P"), Element("Story")({Element("H2"), Element("H3"), Element("H4")}), End()})})});
+  EXPECT_EQ(TreeAfter(), "Document\n  P\n    P\n    H3\n    H4\n    H2\n  Sect\n");
+}
+
+TEST_F(ActionRAFv2Test, LosesNothingOfAStoryWithFewerKidsThanItsPlace) {
+  doc.Tree({Element("Document")(
+      {Element("P")({Anchor()}), Element("Sect")({Start(), Element("P"), Element("P"), Element("P"),
+                                                  Element("Story")({Element("H2"), Element("H3")}), End()})})});
+  EXPECT_EQ(TreeAfter(), "Document\n  P\n    P\n    P\n    P\n    H3\n    H2\n  Sect\n");
+}
+
+TEST_F(ActionRAFv2Test, KeepsAStoryWithContentOfItsOwn) {
+  doc.Tree({Element("Document")(
+      {Element("P")({Anchor()}),
+       Element("Sect")({Start(), Element("Story").Add(Element("H2")).Text(page, "text").Add(Element("H3")), End()})})});
+  EXPECT_EQ(TreeAfter(), "Document\n  P\n    H2\n    H3\n    Story\n      mcid 0 page 1\n  Sect\n");
+}
+
+TEST_F(ActionRAFv2Test, DissolvesNoStoryBelowTheTopOfTheFrame) {
+  doc.Tree({Element("Document")(
+      {Anchor(), Element("Sect")({Start(), Element("Div")({Element("Story")({Element("H2")})}), End()})})});
+  EXPECT_EQ(TreeAfter(), "Document\n  Div\n    Story\n      H2\n  Sect\n");
+}
+
+TEST_F(ActionRAFv2Test, LeavesKidsThatAreNoElementsWhereTheyStand) {
+  doc.Tree({Element("Document")(
+      {Element("P")({Anchor()}), Element("Sect").Add(Start()).Text(page, "text").Add(Element("H2")).Add(End())})});
+  EXPECT_EQ(TreeAfter(), "Document\n  P\n    H2\n  Sect\n    mcid 0 page 1\n");
+}
+
+TEST_F(ActionRAFv2Test, ReadsMarksWithoutAByteOrderMark) {
+  doc.Tree({Element("Document")(
+      {Element("Span").Alt(std::string("\x22\x2E\0f", 4)), Element("Sect")({Start(), Element("H2"), End()})})});
+  EXPECT_EQ(TreeAfter(), "Document\n  H2\n  Sect\n");
+}
+
+TEST_F(ActionRAFv2Test, ReadsMarksBehindAByteOrderMarkOfTheOtherKind) {
+  doc.Tree({Element("Document")(
+      {Element("Span").Alt(std::string("\xFF\xFE\x22\x2E\0f", 6)), Element("Sect")({Start(), Element("H2"), End()})})});
+  EXPECT_EQ(TreeAfter(), "Document\n  H2\n  Sect\n");
+}
+
+TEST_F(ActionRAFv2Test, WantsTheMarkInFront) {
+  doc.Tree({Element("Document")({Element("Span").Alt(u"a\u222Ef"), Element("Sect").Title(u"a\u2230")})});
+  EXPECT_EQ(TreeAfter(), "Document\n  Span alt=u\"a\\u{222E}f\"\n  Sect title=u\"a\\u{2230}\"\n");
+}
+
+TEST_F(ActionRAFv2Test, ReadsShortTexts) {
+  doc.Tree({Element("Document")(
+      {Element("P").Alt("\x22"), Element("P").Alt(""), Element("P").Title("x"), Element("P").Alt(u"")})});
+  const std::string before = test::TreeText(doc.Write());
+  EXPECT_EQ(TreeAfter(), before);
+}
+
+TEST_F(ActionRAFv2Test, RemovesHoldersWithWhatIsLeftInThem) {
+  doc.Tree({Element("Document")({Element("P"), Holder()({Element("H2")})}), Holder()});
+  EXPECT_EQ(TreeAfter(), "Document\n  P\n");
+}
+
+TEST_F(ActionRAFv2Test, TakesAnElementWithAHolderTitleForAHolderAlone) {
+  doc.Tree({Element("Document")({Anchor().Title(u"\u2230"), Element("Sect")({Start(), Element("H2"), End()})})});
+  EXPECT_EQ(TreeAfter(),
+            "Document\n"
+            "  Sect\n"
+            "    Span alt=u\"\\u{2264}f\"\n"
+            "    H2\n"
+            "    Span alt=u\"\\u{2265}f\"\n");
+}
+
+TEST_F(ActionRAFv2Test, ReadsTheAltOfAnElementWithAnotherTitle) {
+  doc.Tree({Element("Document")({Anchor().Title(u"anchor"), Element("Sect")({Start(), Element("H2"), End()})})});
+  EXPECT_EQ(TreeAfter(), "Document\n  H2\n  Sect\n");
+}
+
+TEST_F(ActionRAFv2Test, GivesTheLastFrameOfAnIdentifierToTheFirstAnchor) {
+  doc.Tree({Element("Document")({Element("P")({Anchor()}), Element("Div")({Anchor()}),
+                                 Element("Sect")({Start(), Element("H2"), End(), Start(), Element("H3"), End()})})});
+  EXPECT_EQ(TreeAfter(),
+            "Document\n"
+            "  P\n"
+            "    H3\n"
+            "  Div\n"
+            "    Span alt=u\"\\u{222E}f\"\n"
+            "  Sect\n"
+            "    Span alt=u\"\\u{2264}f\"\n"
+            "    H2\n"
+            "    Span alt=u\"\\u{2265}f\"\n");
+}
+
+TEST_F(ActionRAFv2Test, PlacesAFrameWhoseAnchorStandsInAnother) {
+  doc.Tree({Element("Document")(
+      {Element("P")({Anchor(u"outer")}), Element("Sect")({Start(u"outer"), Element("Div")({Anchor(u"inner")}), End(u"outer"),
+                                                          Start(u"inner"), Element("H2"), End(u"inner")})})});
+  EXPECT_EQ(TreeAfter(), "Document\n  P\n    Div\n      H2\n  Sect\n");
+}
+
+TEST_F(ActionRAFv2Test, DropsAFrameWhoseAnchorStandsBetweenItsMarkers) {
+  doc.Tree({Element("Document")({Start(), Element("H2"), Anchor(), End(), Element("P")})});
+  EXPECT_EQ(TreeAfter(), "Document\n  P\n");
+}
+
+TEST_F(ActionRAFv2Test, RemovesDummyImagesWithoutAnyMarks) {
+  page.Add(Image(1, 1)).Add(Image(2, 1));
+  doc.Tree({Element("Document")({Element("P").Text(page, "text")})});
+  OpenDocument open(doc.Write());
+  const std::string before = test::SavedTree(open);
+  EXPECT_EQ(open.Action(kReshuffleFrames), kSuccess);
+  EXPECT_EQ(test::SavedTree(open), before);
+  const std::string content = ReadBack(open.Save()).Content(1);
+  const auto image = content.find(" Do");
+  EXPECT_NE(image, std::string::npos);
+  EXPECT_EQ(content.find(" Do", image + 1), std::string::npos);
+}
+
+TEST_F(ActionRAFv2Test, GivesADocumentWithoutATreeAnEmptyOne) {
+  EXPECT_EQ(TreeAfter(), "");
+  OpenDocument open(doc.Write());
+  EXPECT_EQ(open.Action(kReshuffleFrames), kSuccess);
+  EXPECT_TRUE(ReadBack(open.Save()).TreeRoot().isDictionary());
+}
+
+TEST_F(ActionRAFv2Test, MovesAFrameOfManyElementsInProportionToThem) {
+  const auto callsFor = [](int elements) {
+    TestDocument many;
+    many.AddPage();
+    Element sect("Sect");
+    sect.Add(Start());
+    for (int element = 0; element < elements; ++element) sect.Add(Element("P"));
+    sect.Add(End());
+    many.Tree({Element("Document")({Anchor(), sect})});
+    OpenDocument open(many.Write());
+    const test::RaisingHost host(test::EmbeddedTables(), 0);
+    const test::HostSession session(host.Tables());
+    EXPECT_EQ(open.Action(kReshuffleFrames), kSuccess);
+    return host.Calls();
+  };
+  EXPECT_LT(callsFor(400), 5 * callsFor(100));
+}
+
+TEST_F(ActionRAFv2Test, LeavesNoTraceOfHostFailures) {
+  page.Add(Image(1, 1));
+  doc.Tree({Element("Document")({Element("P").Text(page, "text").Add(Anchor()),
+                                 Holder()({Start(), Element("Story")({Element("H2").Text(page, "one")}), End()})})});
+  test::SweepOptions options;
+  options.mayStayOpen = {"pages", "contents"};
+  test::SweepHostFailures(
+      doc.Write(), [](OpenDocument& open) { return open.Action(kReshuffleFrames); }, options);
+}
+
+}  // namespace
+}  // namespace tgx
