@@ -3,6 +3,7 @@
 #include <cstdlib>
 #include <new>
 #include <string>
+#include <vector>
 
 #include "host/core/HostError.h"
 #include "host/core/Raise.h"
@@ -117,7 +118,22 @@ int TGXHost_SaveMemory(PDDoc document, const TGXHostSaveOptions* options, void**
 void TGXHost_FreeMemory(void* data) { std::free(data); }
 
 void TGXHost_Close(PDDoc document) {
-  CodeOf([&] { Document::Close(Document::Of(document)); });
+  Answer(0, [&] {
+    if (Document* open = Document::Find(document)) Document::Close(*open);
+    return 0;
+  });
+}
+
+size_t TGXHost_WarningCount(PDDoc document) {
+  return Answer(size_t{0}, [&] { return Document::Of(document).Warnings().size(); });
+}
+
+const char* TGXHost_Warning(PDDoc document, size_t index) {
+  return Answer(static_cast<const char*>(nullptr), [&] {
+    const std::vector<std::string>& warnings = Document::Of(document).Warnings();
+    if (index >= warnings.size()) throw HostError(kASOutOfRange, "no warning " + std::to_string(index));
+    return warnings[index].c_str();
+  });
 }
 
 size_t TGXHost_FrameDepth(void) { return FrameDepth(); }

@@ -65,7 +65,7 @@ bool WriteAll(int descriptor, std::string_view bytes) {
 
 }  // namespace
 
-AtomicFile::AtomicFile(const std::string& path) : path_(path) {
+AtomicFile::AtomicFile(const std::string& path, TemporaryName temporaryName) : path_(path) {
   if (path.empty()) throw FileError(path, kCannotWrite, ENOENT);
   const std::string target = FollowLinks(path);
   InspectTarget(target);
@@ -75,7 +75,8 @@ AtomicFile::AtomicFile(const std::string& path) : path_(path) {
   // A folder that may be written to but not listed cannot be flushed, and is good for everything else.
   if (!folder_ && errno == EACCES) folder_ = FileDescriptor(::open(folder.c_str(), O_PATH | O_DIRECTORY | O_CLOEXEC));
   if (!folder_) Fail(errno);
-  OpenTemporary();
+  if (temporaryName == TemporaryName::kLate) OpenUnnamedTemporary();
+  if (!file_) OpenNamedTemporary();
 }
 
 AtomicFile::~AtomicFile() {
@@ -97,18 +98,18 @@ void AtomicFile::InspectTarget(const std::string& target) {
   replaced_ = status;
 }
 
-void AtomicFile::OpenTemporary() {
-  // Closed to others while it is written, if the file that it replaces might be.
-  const mode_t mode = replaced_ ? 0600 : 0666;
-  file_ = FileDescriptor(::openat(folder_.Number(), ".", O_TMPFILE | O_RDWR | O_CLOEXEC, mode));
-  if (!file_ || ::access(ProcessLink(file_.Number()).c_str(), F_OK) != 0) OpenNamedTemporary();
+// Closed to others while it is written, if the file that it replaces might be.
+mode_t AtomicFile::TemporaryMode() const { return replaced_ ? 0600 : 0666; }
+
+void AtomicFile::OpenUnnamedTemporary() {
+  FileDescriptor file(::openat(folder_.Number(), ".", O_TMPFILE | O_RDWR | O_CLOEXEC, TemporaryMode()));
+  if (file && ::access(ProcessLink(file.Number()).c_str(), F_OK) == 0) file_ = std::move(file);
 }
 
 void AtomicFile::OpenNamedTemporary() {
-  const mode_t mode = replaced_ ? 0600 : 0666;
   for (;;) {
     std::string name = RandomName();
-    FileDescriptor file(::openat(folder_.Number(), name.c_str(), O_CREAT | O_EXCL | O_RDWR | O_CLOEXEC, mode));
+    FileDescriptor file(::openat(folder_.Number(), name.c_str(), O_CREAT | O_EXCL | O_RDWR | O_CLOEXEC, TemporaryMode()));
     if (!file && errno == EEXIST) continue;
     if (!file) Fail(errno);
     temporaryName_ = std::move(name);

@@ -11,6 +11,12 @@
 
 namespace tgx::host {
 
+/// When the temporary file gets its name.
+enum class TemporaryName {
+  kLate,       ///< at the commit, where the file system can do that
+  kFromStart,  ///< what happens elsewhere
+};
+
 /// A file that appears under its name whole or not at all. The bytes go to a temporary file in the target's folder, which
 /// Commit flushes to disk and renames over the target; without a Commit the target stays as it was and the temporary file is
 /// gone.
@@ -22,7 +28,7 @@ namespace tgx::host {
 /// Signals that end a program wait while such a file is open; see HeldSignals.
 class AtomicFile {
  public:
-  explicit AtomicFile(const std::string& path);
+  explicit AtomicFile(const std::string& path, TemporaryName temporaryName = TemporaryName::kLate);
   ~AtomicFile();
   AtomicFile(const AtomicFile&) = delete;
   AtomicFile& operator=(const AtomicFile&) = delete;
@@ -32,7 +38,8 @@ class AtomicFile {
 
  private:
   void InspectTarget(const std::string& target);
-  void OpenTemporary();
+  mode_t TemporaryMode() const;
+  void OpenUnnamedTemporary();
   void OpenNamedTemporary();
   void GiveAttributes();
   void GiveName();

@@ -32,10 +32,13 @@ std::uintptr_t Bits(ASUns32 serial, ASUns32 index, std::uintptr_t kind) {
   return (static_cast<std::uintptr_t>(serial) << kSerialShift) | (static_cast<std::uintptr_t>(index) << kIndexShift) | kind;
 }
 
+Document* FindByBits(std::uintptr_t bits, std::uintptr_t kind) noexcept {
+  return (bits & kKindMask) == kind ? Document::Find(static_cast<ASUns32>(bits >> kSerialShift)) : nullptr;
+}
+
 template <typename Handle>
 Document& Lookup(Handle handle, std::uintptr_t kind, const char* what) {
-  const auto bits = reinterpret_cast<std::uintptr_t>(handle);
-  Document* document = (bits & kKindMask) == kind ? Document::Find(static_cast<ASUns32>(bits >> kSerialShift)) : nullptr;
+  Document* document = FindByBits(reinterpret_cast<std::uintptr_t>(handle), kind);
   if (document == nullptr) throw HostError(kASBadParameter, std::string("no open document has this ") + what);
   return *document;
 }
@@ -70,6 +73,8 @@ Document* Document::Find(ASUns32 serial) noexcept {
   auto& documents = Registry();
   return serial < documents.size() ? documents[serial].get() : nullptr;
 }
+
+Document* Document::Find(PDDoc handle) noexcept { return FindByBits(reinterpret_cast<std::uintptr_t>(handle), kDocKind); }
 
 Document& Document::Of(PDDoc handle) { return Lookup(handle, kDocKind, "PDDoc"); }
 Document& Document::Of(CosDoc handle) { return Lookup(handle, kCosDocKind, "CosDoc"); }

@@ -31,8 +31,9 @@ class Document {
   /// handle.
   static Document& Adopt(std::unique_ptr<QPDF> pdf, std::string name, std::shared_ptr<Source> source = nullptr);
 
-  /// The open document of a serial number, null if there is none.
+  /// The open document of a serial number or a handle, null if there is none.
   static Document* Find(ASUns32 serial) noexcept;
+  static Document* Find(PDDoc handle) noexcept;
 
   /// The open document of a handle. Throw kASBadParameter for null and for dead handles.
   static Document& Of(PDDoc handle);
@@ -71,6 +72,10 @@ class Document {
   bool IsChanged() const noexcept { return changed_; }
   void MarkChanged() noexcept { changed_ = true; }
 
+  /// Whether the document has been written linearized, which qpdf does once only.
+  bool HasBeenLinearized() const noexcept { return linearized_; }
+  void MarkLinearized() noexcept { linearized_ = true; }
+
   /// Called by the Cos operations; see CosObserver. An edit also marks the document changed.
   void BeforeCosRead(const QPDFObjectHandle& container, std::string_view key);
   void AfterCosEdit(const QPDFObjectHandle& container, std::string_view key);
@@ -90,6 +95,7 @@ class Document {
   std::unique_ptr<StructureTree> structure_;
   std::unique_ptr<PageContents> contents_;
   bool changed_ = false;
+  bool linearized_ = false;
 };
 
 }  // namespace tgx::host

@@ -12,8 +12,7 @@ void PageList::Read() {
   tree_ = CheckedPageTree(document_.Pdf(), document_.Name());
   placeOf_.clear();
   for (Page& page : pages_) page.number = -1;
-  for (QPDFObjectHandle dictionary : document_.Pdf().getAllPages()) {
-    if (!dictionary.isDictionary()) continue;  // nothing that anybody could show
+  for (const QPDFObjectHandle& dictionary : document_.Pdf().getAllPages()) {
     const auto [known, isNew] =
         placeOfDictionary_.try_emplace(dictionary.getObjectPtr(), static_cast<ASUns32>(pages_.size()));
     if (isNew) pages_.push_back({dictionary});

@@ -49,8 +49,13 @@ std::unordered_set<const QPDFObject*> CheckedPageTree(QPDF& pdf, const std::stri
       path.pop_back();
       continue;
     }
-    QPDFObjectHandle kid = level.kids.getArrayItem(level.next++);
-    if (kid.isDictionary() && kid.hasKey("/Kids")) enter(kid);
+    QPDFObjectHandle kid = level.kids.getArrayItem(level.next);
+    if (!kid.isDictionary()) {
+      level.kids.eraseItem(level.next);
+      continue;
+    }
+    ++level.next;
+    if (kid.hasKey("/Kids")) enter(kid);
   }
   return tree;
 }

@@ -3,16 +3,22 @@
 #include <algorithm>
 #include <cstring>
 #include <exception>
+#include <memory>
 #include <new>
+#include <stdexcept>
 #include <string_view>
 
 #include <qpdf/Pipeline.hh>
+#include <qpdf/QPDFExc.hh>
 #include <qpdf/QPDFWriter.hh>
 
 #include "host/core/HostError.h"
+#include "host/core/Paths.h"
 #include "host/pdfedit/PageContents.h"
 #include "host/pdmodel/AtomicFile.h"
+#include "host/pdmodel/DeepStack.h"
 #include "host/pdmodel/Document.h"
+#include "host/pdmodel/Encryption.h"
 #include "host/pdmodel/PageList.h"
 #include "host/pdmodel/Source.h"
 #include "host/pdsedit/StructureTree.h"
@@ -106,15 +112,6 @@ class MemorySink : public Sink {
   std::size_t capacity_ = 0;
 };
 
-/// Brings the models' edits into the objects that are about to be written.
-void Settle(Document& document) {
-  if (document.From() != nullptr) document.From()->AllowOnePass();
-  document.Contents().WriteCommitted();
-  if (document.IsChanged()) document.Structure().PrepareForSaving();
-  document.Names().Settle();
-  document.Pages().Refresh();
-}
-
 void CheckOptions(Document& document, const SaveOptions& options) {
   if (options.deterministic && !options.decrypt && document.Pdf().isEncrypted()) {
     throw HostError(
@@ -123,24 +120,111 @@ void CheckOptions(Document& document, const SaveOptions& options) {
   }
 }
 
-void Write(Document& document, const SaveOptions& options, Sink& sink) {
-  QPDFWriter writer(document.Pdf());
-  writer.setOutputPipeline(&sink);
+/// qpdf would decode metadata in passing.
+void KeepMetadata(QPDF& pdf) {
+  for (QPDFObjectHandle& object : pdf.getAllObjects()) {
+    if (object.isStream() && object.getDict().isDictionaryOfType("/Metadata")) object.setFilterOnWrite(false);
+  }
+}
+
+/// Brings the models' edits into the objects that are about to be written.
+void Settle(Document& document, const SaveOptions& options) {
+  if (document.From() != nullptr) document.From()->AllowOnePass();
+  document.Contents().WriteCommitted();
+  if (document.IsChanged()) document.Structure().PrepareForSaving();
+  document.Names().Settle();
+  document.Pages().Refresh();
+  KeepMetadata(document.Pdf());
+  if (!options.decrypt) KeepEncryption(document.Pdf(), document.Name());
+}
+
+void Configure(QPDFWriter& writer, Document& document, const SaveOptions& options) {
   writer.setStreamDataMode(qpdf_s_preserve);
   writer.setObjectStreamMode(qpdf_o_preserve);
   writer.setPreserveEncryption(!options.decrypt);
   writer.setLinearization(options.linearize);
   writer.setDeterministicID(options.deterministic);
+  // The version of the file is the least that qpdf writes; "Alt" and "Lang" of structure elements came with 1.4.
+  if (document.IsChanged() && document.Pdf().getRoot().hasKey("/StructTreeRoot")) writer.setMinimumPDFVersion("1.4");
+}
+
+/// Called a hundred times in the course of the writing, which would go on whatever became of the bytes.
+void Run(QPDFWriter& writer, Sink& sink) {
+  writer.setOutputPipeline(&sink);
+  writer.registerProgressReporter(std::make_shared<QPDFWriter::FunctionProgressReporter>([&sink](int) { sink.Check(); }));
   writer.write();
   sink.Check();
+}
+
+/// qpdf finds out once for all which objects belong to which page. What was edited since then would be missing, so a
+/// document is linearized a second time by way of a copy.
+void WriteLinearizedCopy(Document& document, const SaveOptions& options, Sink& sink) {
+  MallocBytes plain;
+  MemorySink plainSink(plain);
+  QPDFWriter plainWriter(document.Pdf());
+  Configure(plainWriter, document, {false, options.deterministic, true});
+  Run(plainWriter, plainSink);
+
+  QPDF copy;
+  copy.setSuppressWarnings(true);
+  copy.processMemoryFile(document.Name().c_str(), plain.data.get(), plain.size);
+  KeepMetadata(copy);
+  QPDFWriter writer(copy);
+  Configure(writer, document, options);
+  if (!options.decrypt && document.Pdf().isEncrypted()) writer.copyEncryptionParameters(document.Pdf());
+  Run(writer, sink);
+}
+
+void WriteLinearized(Document& document, const SaveOptions& options, Sink& sink) {
+  if (document.HasBeenLinearized()) return WriteLinearizedCopy(document, options, sink);
+  document.MarkLinearized();
+  QPDFWriter writer(document.Pdf());
+  Configure(writer, document, options);
+  Run(writer, sink);
+}
+
+void WriteStandard(Document& document, const SaveOptions& options, Sink& sink) {
+  QPDFWriter writer(document.Pdf());
+  Configure(writer, document, options);
+  Run(writer, sink);
+}
+
+/// Runs `work` and gives failures of qpdf the document's name; a failed reading is the cause of whatever else fails.
+template <typename Work>
+void Named(Document& document, Work&& work) {
+  const auto fail = [&](ASErrorCode code, const std::string& reason) {
+    if (document.From() != nullptr) document.From()->ThrowFailure();
+    throw HostError(code, document.Name() + ": " + OneLine(reason));
+  };
+  try {
+    work();
+  } catch (const QPDFExc& e) {
+    fail(kASDamagedDocument, e.getMessageDetail());
+  } catch (const std::runtime_error& e) {
+    fail(kASDamagedDocument, e.what());
+  }
   if (document.From() != nullptr) document.From()->ThrowFailure();
+}
+
+void Write(Document& document, const SaveOptions& options, Sink& sink) {
+  Named(document, [&] {
+    if (options.linearize) {
+      OnDeepStack([&] { WriteLinearized(document, options, sink); });
+    } else {
+      WriteStandard(document, options, sink);
+    }
+  });
+}
+
+void Prepare(Document& document, const SaveOptions& options) {
+  CheckOptions(document, options);
+  Named(document, [&] { Settle(document, options); });
 }
 
 }  // namespace
 
 void SaveFile(Document& document, const std::string& path, const SaveOptions& options) {
-  CheckOptions(document, options);
-  Settle(document);
+  Prepare(document, options);
   AtomicFile file(path);
   FileSink sink(file);
   Write(document, options, sink);
@@ -148,8 +232,7 @@ void SaveFile(Document& document, const std::string& path, const SaveOptions& op
 }
 
 MallocBytes SaveMemory(Document& document, const SaveOptions& options) {
-  CheckOptions(document, options);
-  Settle(document);
+  Prepare(document, options);
   MallocBytes bytes;
   MemorySink sink(bytes);
   Write(document, options, sink);

@@ -26,37 +26,51 @@
 extern "C" {
 #endif
 
-/* How to open; zero-initialise, then set `size` and what differs. A null pointer in the place of a record means all zero, with
- * repair. */
+/* How to open; zero-initialise, then set `size` and what differs. A null pointer in the place of a record means all zero. */
 typedef struct TGXHostOpenOptions {
-  uint32_t size;        /* sizeof(TGXHostOpenOptions) */
-  int32_t noRepair;     /* 1: a damaged file is refused, not repaired */
-  const char* password; /* user or owner password, zero-terminated bytes; null: only the empty one is tried */
+  uint32_t size;        /* sizeof(TGXHostOpenOptions); another value is kASBadParameter */
+  int32_t noRepair;     /* 1: a damaged file is refused; 0: what can be rebuilt is rebuilt */
+  const char* password; /* of the user or the owner, zero-terminated; UTF-8 also where the file has it in an older encoding.
+                           Null: only the empty one is tried. Ignored for a file that needs none */
 } TGXHostOpenOptions;
 
-/* How to save; zero-initialise, then set `size` and what differs. Null means all zero. */
+/* How to save; zero-initialise, then set `size` and what differs. A null pointer means all zero. */
 typedef struct TGXHostSaveOptions {
-  uint32_t size;         /* sizeof(TGXHostSaveOptions) */
+  uint32_t size;         /* sizeof(TGXHostSaveOptions); another value is kASBadParameter */
   int32_t linearize;     /* 1: laid out for reading over a network */
-  int32_t deterministic; /* 1: the same input gives the same bytes; refused for encrypted output */
-  int32_t decrypt;       /* 1: written without the input's encryption, which is otherwise kept */
+  int32_t deterministic; /* 1: the same input and edits give the same bytes; kASNotSupported for encrypted output */
+  int32_t decrypt;       /* 1: written without the input's encryption, which is otherwise kept with its passwords and permissions */
 } TGXHostSaveOptions;
 
 /* The tables: the same bundle on every call. Has the type that TGXInitParams wants. */
 TGX_HOST_EXPORT const HostTables* TGXHost_Tables(void);
 
-/* Opens a document. Null on failure; see TGXHost_LastError. The bytes of OpenMemory are copied; `name` is what messages call
- * the document. */
+/* Opens a document: a regular file by the bytes of its path, which may be replaced or removed while it is open but not
+ * changed in place, or a copy of bytes in memory, which messages call by `name` (may be null). Null on failure:
+ * kASFileError for what the operating system refuses, kASDamagedDocument for what is no PDF file, cut short or beyond
+ * repair, kASBadPassword, kASNotSupported for an unknown kind of encryption. The text names file and reason on one line. */
 TGX_HOST_EXPORT PDDoc TGXHost_OpenFile(const char* path, const TGXHostOpenOptions* options);
 TGX_HOST_EXPORT PDDoc TGXHost_OpenMemory(const void* data, size_t size, const char* name, const TGXHostOpenOptions* options);
 
-/* Saves a document, which stays open. 0, or the code of the failure; then the target is as it was and no temporary file is
- * left. The bytes of SaveMemory are the caller's, to be given back with TGXHost_FreeMemory. */
+/* What was found wrong with the file so far and repaired or ignored, a line each, of very many only the first hundred. The
+ * texts are the host's, good until the document closes. 0 for a dead handle, null for an index past the last. */
+TGX_HOST_EXPORT size_t TGXHost_WarningCount(PDDoc document);
+TGX_HOST_EXPORT const char* TGXHost_Warning(PDDoc document, size_t index);
+
+/* Writes a document, which stays open and can be edited and saved again. 0, or the code of the failure; then the target is
+ * as it was and no temporary file is left, also when the disk is full or a signal asks the program to end.
+ *
+ * The file is replaced as a whole, once it is on disk, and may be the one that the document was opened from. A symbolic link
+ * stays one, and the file that it leads to is replaced; permission bits are kept. Streams that nobody edited keep their bytes.
+ * Signals that end a program wait meanwhile and make the saving give up.
+ *
+ * The bytes of SaveMemory are the caller's, to be given back with TGXHost_FreeMemory; `data` and `size` are set only on
+ * success. */
 TGX_HOST_EXPORT int TGXHost_SaveFile(PDDoc document, const char* path, const TGXHostSaveOptions* options);
 TGX_HOST_EXPORT int TGXHost_SaveMemory(PDDoc document, const TGXHostSaveOptions* options, void** data, size_t* size);
 TGX_HOST_EXPORT void TGXHost_FreeMemory(void* data);
 
-/* Closes a document without saving; every handle of it is dead from here on. A dead handle is ignored. */
+/* Closes a document without saving; every handle of it is dead from here on. Null and dead handles are ignored. */
 TGX_HOST_EXPORT void TGXHost_Close(PDDoc document);
 
 /* A failing call of the library can leave exception frames behind: note the depth before a call and cut back to it after. */
@@ -66,8 +80,8 @@ TGX_HOST_EXPORT void TGXHost_CutFrames(size_t depth);
 /* Gives back the memory of the parsed content of pages that nobody changed. Only between calls of the library's exports. */
 TGX_HOST_EXPORT void TGXHost_DropUnchangedContent(PDDoc document);
 
-/* Code (kAS... of host.h) and UTF-8 text of the last failure of a function of this header; 0 and empty after a success. The
- * text is the host's, good until the next call of a function of this header. */
+/* Code (kAS... of host.h) and UTF-8 text of the last failure of a function above; 0 and empty after a success. The text is the
+ * host's, never null, good until the next call of a function above. */
 TGX_HOST_EXPORT int TGXHost_LastErrorCode(void);
 TGX_HOST_EXPORT const char* TGXHost_LastError(void);
 

@@ -1,6 +1,10 @@
 #include <tgx/embedded_host.h>
 
+#include <algorithm>
+#include <regex>
+
 #include "tests/host/pdmodel/FileTest.h"
+#include "tests/support/Paths.h"
 
 namespace tgx::host {
 namespace {
@@ -34,6 +38,91 @@ TEST_F(EmbeddedHost, NamesFileAndReasonWhenThereIsNoSuchFile) {
   EXPECT_EQ(TGXHost_OpenFile(path.c_str(), nullptr), nullptr);
   EXPECT_EQ(TGXHost_LastErrorCode(), kASFileError);
   EXPECT_EQ(TGXHost_LastError(), path + ": cannot be opened: No such file or directory");
+}
+
+TEST_F(EmbeddedHost, ForgetsAFailureAfterASuccess) {
+  EXPECT_EQ(TGXHost_OpenFile(Path("missing.pdf").c_str(), nullptr), nullptr);
+  const Opened doc(Sample("handbook.pdf"));
+  EXPECT_EQ(TGXHost_LastErrorCode(), kASNoError);
+  EXPECT_STREQ(TGXHost_LastError(), "");
+}
+
+TEST_F(EmbeddedHost, RefusesNullAndRecordsOfAnotherSize) {
+  const TGXHostOpenOptions open = {sizeof(TGXHostOpenOptions) + 8, 0, nullptr};
+  const TGXHostSaveOptions save = {0, 0, 0, 0};
+  void* data = this;
+  size_t size = 7;
+  EXPECT_EQ(TGXHost_OpenFile(nullptr, nullptr), nullptr);
+  EXPECT_EQ(TGXHost_LastErrorCode(), kASBadParameter);
+  EXPECT_EQ(TGXHost_OpenMemory(nullptr, 5, "x", nullptr), nullptr);
+  EXPECT_EQ(TGXHost_LastErrorCode(), kASBadParameter);
+  EXPECT_EQ(TGXHost_OpenFile(Sample("handbook.pdf").c_str(), &open), nullptr);
+  EXPECT_EQ(TGXHost_LastErrorCode(), kASBadParameter);
+  const Opened doc(Sample("handbook.pdf"));
+  EXPECT_EQ(TGXHost_SaveFile(doc, Path("out.pdf").c_str(), &save), kASBadParameter);
+  EXPECT_EQ(TGXHost_SaveFile(doc, nullptr, nullptr), kASBadParameter);
+  EXPECT_EQ(TGXHost_SaveMemory(doc, nullptr, nullptr, &size), kASBadParameter);
+  EXPECT_EQ(TGXHost_SaveMemory(doc, nullptr, &data, nullptr), kASBadParameter);
+  EXPECT_EQ(TGXHost_SaveMemory(nullptr, nullptr, &data, &size), kASBadParameter);
+  EXPECT_EQ(data, this);
+  EXPECT_EQ(size, 7U);
+  EXPECT_EQ(Listing(), "");
+}
+
+TEST_F(EmbeddedHost, RefusesAnEmptyDocumentInMemory) {
+  EXPECT_EQ(TGXHost_OpenMemory(nullptr, 0, "nothing.pdf", nullptr), nullptr);
+  EXPECT_STREQ(TGXHost_LastError(), "nothing.pdf: not a PDF file: it is empty");
+  EXPECT_EQ(TGXHost_OpenMemory("x", 1, nullptr, nullptr), nullptr);
+  EXPECT_STREQ(TGXHost_LastError(), "document in memory: not a PDF file");
+}
+
+TEST_F(EmbeddedHost, CopiesTheMemoryThatItOpens) {
+  std::string bytes = Read(Sample("handbook.pdf"));
+  const PDDoc doc = TGXHost_OpenMemory(bytes.data(), bytes.size(), "copy", nullptr);
+  std::fill(bytes.begin(), bytes.end(), 'x');
+  EXPECT_EQ(TGXHost_SaveFile(doc, Path("out.pdf").c_str(), nullptr), 0) << TGXHost_LastError();
+  TGXHost_Close(doc);
+  EXPECT_EQ(QpdfCheck(Path("out.pdf")), "");
+}
+
+TEST_F(EmbeddedHost, IgnoresTheClosingOfNullAndDeadDocuments) {
+  const PDDoc doc = TGXHost_OpenFile(Sample("handbook.pdf").c_str(), nullptr);
+  TGXHost_Close(doc);
+  TGXHost_Close(doc);
+  TGXHost_Close(nullptr);
+  EXPECT_EQ(TGXHost_LastErrorCode(), kASNoError);
+  EXPECT_EQ(TGXHost_WarningCount(doc), 0U);
+  EXPECT_EQ(TGXHost_LastErrorCode(), kASBadParameter);
+}
+
+TEST_F(EmbeddedHost, CutsFramesThatWereLeftBehind) {
+  const size_t depth = TGXHost_FrameDepth();
+  TGXHost_Tables()->core->ASPushExceptionFrame(nullptr, [] {});
+  TGXHost_Tables()->core->ASPushExceptionFrame(nullptr, [] {});
+  EXPECT_EQ(TGXHost_FrameDepth(), depth + 2);
+  TGXHost_CutFrames(depth);
+  EXPECT_EQ(TGXHost_FrameDepth(), depth);
+}
+
+TEST_F(EmbeddedHost, KeepsSeveralDocumentsApart) {
+  const Opened one(Sample("handbook.pdf"));
+  const Opened other(Sample("travel-guide.pdf"));
+  const PDModelTable* model = TGXHost_Tables()->pdModel;
+  EXPECT_NE(model->PDDocAcquirePage(one, 0), model->PDDocAcquirePage(other, 0));
+  EXPECT_EQ(model->PDPageGetDoc(model->PDDocAcquirePage(other, 0)), static_cast<PDDoc>(other));
+}
+
+TEST_F(EmbeddedHost, IsCalledInFullByTheProgramInC) {
+  const std::string program = Read(test::SourcePath("tests/c_interface/interface.c"));
+  const std::regex function("EXPORT [^;(]*?(TGX\\w+)\\(");
+  for (const char* header : {"include/tgx/embedded_host.h", "include/tgx/tgx.h"}) {
+    const std::string text = Read(test::SourcePath(header));
+    int count = 0;
+    for (std::sregex_iterator match(text.begin(), text.end(), function), end; match != end; ++match, ++count) {
+      EXPECT_NE(program.find((*match)[1].str() + "("), std::string::npos) << (*match)[1];
+    }
+    EXPECT_GE(count, 4) << header;
+  }
 }
 
 }  // namespace

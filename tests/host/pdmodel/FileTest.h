@@ -7,6 +7,8 @@
 #include <string>
 #include <string_view>
 
+#include <unistd.h>
+
 #include <gtest/gtest.h>
 #include <tgx/embedded_host.h>
 #include <qpdf/QPDF.hh>
@@ -61,6 +63,24 @@ class FileTest : public testing::Test {
   }
 
   std::string folder_;
+};
+
+/// Gives up the superuser's rights for as long as it lives: permissions mean nothing to the superuser.
+class OrdinaryUser {
+ public:
+  OrdinaryUser() {
+    if (self_ == 0) Become(kNobody);
+  }
+  ~OrdinaryUser() {
+    if (self_ == 0) Become(self_);
+  }
+  OrdinaryUser(const OrdinaryUser&) = delete;
+  OrdinaryUser& operator=(const OrdinaryUser&) = delete;
+
+ private:
+  static constexpr uid_t kNobody = 65534;
+  static void Become(uid_t user) { EXPECT_EQ(::seteuid(user), 0); }
+  uid_t self_ = ::geteuid();
 };
 
 /// An open document, closed at the end.
