@@ -133,6 +133,10 @@ TEST(CompositeFont, PredefinedCMapsGoThroughTheCidsOfTheirCollection) {
   EXPECT_EQ(TextOf(*FontOf("/Encoding /KSCms-UHC-H", ""), "\xB0\xA1"), u"\uAC00");
 }
 
+TEST(CompositeFont, GlyphsOfVerticalWritingAreTheirOrdinaryCharacters) {
+  EXPECT_EQ(TextOf(*FontOf("/Encoding /90ms-RKSJ-V", kJapan), "\x81\x41\x81\x69"), u"\u3001\uFF08");
+}
+
 TEST(CompositeFont, IdentityCodesAreCidsOfTheDescendantsCollection) {
   EXPECT_EQ(TextOf(*FontOf("/Encoding /Identity-H", kJapan), "\x03\x4B"), u"\u3042");
 }
