@@ -21,8 +21,8 @@ struct StepResult {
   std::string error;
 };
 
-/// A file opened by the embedded host, worked on by the library. It stays open when its scope ends: the program ends soon after,
-/// and the system takes back the memory of a million objects much faster than they can be freed one by one.
+/// A file opened by the embedded host, worked on by the library. It stays open when its scope ends: the program ends soon
+/// after, and the system takes back the memory of a million objects much faster than they can be freed one by one.
 class Document {
  public:
   /// Throws Failure.
