@@ -6,12 +6,15 @@
 #include "src/actions/FixEndNote/FixEndNoteAction.h"
 #include "src/actions/FixGroupTags/FixGroupTagsAction.h"
 #include "src/actions/IDStyleName/IDStyleNameFix.h"
-#include "src/actions/UserAltText/UserAltTextFix.h"
 #include "src/actions/RemoveTextFrameMarkers/RemoveTextFrameMarkersAction.h"
 #include "src/actions/ReshuffleAnchoredFramesV2/ActionRAFv2.h"
+#include "src/actions/UserAltText/UserAltTextFix.h"
 #include "src/common/ContentCommands.h"
+#include "src/fixes/FixTHeaderFooter/THeaderFooterFixer.h"
 #include "src/fixes/FixTableLayout/TableLayoutFixer.h"
 #include "src/fixes/FixWidgetAnnot/WidgetAnnotFixer.h"
+#include "src/fixes/LangEncoderFix/CLangTagMapper.h"
+#include "src/fixes/MainLangResolver/CMainLangResolver.h"
 #include "src/fixes/RemoveExtraParaTag/CExtraPTagRemover.h"
 #include "src/fixes/RoleMap/RoleMapFix.h"
 #include "src/forms/AcroFormSync.h"
@@ -75,6 +78,13 @@ bool RunTableFixer(PDDoc document) {
   return fixer.run(document);
 }
 
+template <std::int32_t kMode>
+bool MapLanguages(PDDoc document) {
+  CLangTagMapper mapper;
+  mapper.SetMode(kMode);
+  return mapper.Run(document);
+}
+
 bool RunRoleMapFix(PDDoc document) {
   RoleMapFix fix;
   fix.SetDocument(document);
@@ -100,6 +110,10 @@ constexpr ActionRow kActions[] = {
 
 constexpr FixRow kFixes[] = {
     {0x2, RunFixer<CExtraPTagRemover>},
+    {0x4, RunFixer<CMainLangResolver>},
+    {0x10, MapLanguages<CLangTagMapper::kToTags>},
+    {0x20, MapLanguages<CLangTagMapper::kToBrackets>},
+    {0x40, RunTableFixer<THeaderFooterFixer>},
     {0x80, RunTableFixer<TableLayoutFixer>},
     {0x100, RunFixer<WidgetAnnotFixer>},
     {0x200, RunRoleMapFix},

@@ -5,6 +5,21 @@
 #include "src/common/StructureUtils.h"
 
 namespace tgx {
+namespace {
+
+/// Holds the document for the time of a run.
+class DocumentReference {
+ public:
+  explicit DocumentReference(PDDoc document) : document_(PDDocAcquire(document)) {}
+  ~DocumentReference() { PDDocRelease(document_); }
+  DocumentReference(const DocumentReference&) = delete;
+  DocumentReference& operator=(const DocumentReference&) = delete;
+
+ private:
+  PDDoc document_;
+};
+
+}  // namespace
 
 void RoleDispatchFixer::handleOtherElement(const PDSElement&) {}
 void RoleDispatchFixer::handleContentKid(const CosObj&) {}
@@ -22,7 +37,7 @@ bool RoleDispatchFixer::WalkTree() {
     ReportStructureError("No document structure object found", source_.file, source_.line);
     return false;
   }
-  PDDocAcquire(document_);
+  const DocumentReference reference(document_);
   const ASInt32 count = PDSTreeRootGetNumKids(root);
   for (ASInt32 i = 0; i < count && i < PDSTreeRootGetNumKids(root); ++i) {
     PDSElement element;
@@ -30,7 +45,6 @@ bool RoleDispatchFixer::WalkTree() {
     Walk(element);
   }
   if (HasTable()) Finish();
-  PDDocRelease(document_);
   return true;
 }
 

@@ -2,6 +2,7 @@
 
 #include "src/api/HostException.h"
 #include "src/api/StructureError.h"
+#include "src/common/PageReference.h"
 
 namespace tgx {
 namespace {
@@ -37,9 +38,8 @@ bool WidgetAnnotFixer::FixPages() {
   }
   const ASInt32 count = PDDocGetNumPages(document_);
   for (ASInt32 i = 0; i < count; ++i) {
-    const PDPage page = PDDocAcquirePage(document_, i);
-    FixAnnotations(page);
-    PDPageRelease(page);
+    const PageReference page(PDDocAcquirePage(document_, i));
+    FixAnnotations(page.Get());
   }
   return true;
 }

@@ -117,8 +117,32 @@ std::string WithLinksAndButtons() {
   return doc.Write();
 }
 
+/// Languages in both forms over texts, and a table that repeats its head.
+std::string WithLanguagesAndHeads() {
+  TestDocument doc;
+  Page& page = doc.AddPage();
+  doc.Tree({Element("Document")({
+      Element("P").Lang("[Lang=de]").Text(page, "one"),
+      Element("Table")({Element("THead")({Element("TR")({Element("TH").Text(page, "h")})}),
+                        Element("THead")({Element("TR")({Element("TH").Text(page, "h")})})}),
+  })});
+  return doc.Write();
+}
+
 const SweptOperation kOperations[] = {
-    {"MoveUserAltTexts", WithLinksAndButtons, [](OpenDocument& document) { return document.Action(8); }},
+    {"FindMainLanguage",
+     WithLanguagesAndHeads,
+     [](OpenDocument& document) { return document.Fixups(0x4); },
+     {.mayStayOpen = {"pages", "contents"}}},
+    {"MapLanguages",
+     WithLanguagesAndHeads,
+     [](OpenDocument& document) { return document.Fixups(0x30); },
+     {.mayStayOpen = {"pages", "contents"}}},
+    {"DropRepeatedHeads", WithLanguagesAndHeads, [](OpenDocument& document) { return document.Fixups(0x40); }},
+    {"MoveUserAltTexts",
+     WithLinksAndButtons,
+     [](OpenDocument& document) { return document.Action(8); },
+     {.mayStayOpen = {"pages"}}},
     {"MakeStampsOfButtons", WithLinksAndButtons, [](OpenDocument& document) { return document.Fixups(0x100); }},
     {"DissolveLayoutTables", WithLayoutTables, [](OpenDocument& document) { return document.Fixups(0x80); }},
     {"RetagLayoutTables", WithTableMetadata, RetagLayoutTables},
