@@ -1,5 +1,5 @@
-/* The embedded host for programs that have no PDF library of their own: open a document, hand its tables to TGX_init, run the
- * library's exports on it, save it. Plain C, usable from C++; nothing here throws.
+/* The embedded host for programs that have no PDF library of their own: open a document, hand its tables to TGX_init, run
+ * the library's exports on it, save it. Plain C, usable from C++; nothing here throws.
  *
  *     const TGXInitParams init = {NULL, TGXHost_Tables};
  *     TGX_init(&init);
@@ -39,7 +39,7 @@ typedef struct TGXHostSaveOptions {
   uint32_t size;         /* sizeof(TGXHostSaveOptions); another value is kASBadParameter */
   int32_t linearize;     /* 1: laid out for reading over a network */
   int32_t deterministic; /* 1: the same input and edits give the same bytes; kASNotSupported for encrypted output */
-  int32_t decrypt;       /* 1: written without the input's encryption, which is otherwise kept with its passwords and permissions */
+  int32_t decrypt;       /* 1: written without the encryption of the input, which is otherwise kept as it is */
 } TGXHostSaveOptions;
 
 /* The tables: the same bundle on every call. Has the type that TGXInitParams wants. */
@@ -57,12 +57,12 @@ TGX_HOST_EXPORT PDDoc TGXHost_OpenMemory(const void* data, size_t size, const ch
 TGX_HOST_EXPORT size_t TGXHost_WarningCount(PDDoc document);
 TGX_HOST_EXPORT const char* TGXHost_Warning(PDDoc document, size_t index);
 
-/* Writes a document, which stays open and can be edited and saved again. 0, or the code of the failure; then the target is
- * as it was and no temporary file is left, also when the disk is full or a signal asks the program to end.
+/* Writes a document, which stays open and can be edited and saved again. 0, or the code of the failure; then the target
+ * is as it was and no temporary file is left, also when the disk is full or a signal asks the program to end.
  *
- * The file is replaced as a whole, once it is on disk, and may be the one that the document was opened from. A symbolic link
- * stays one, and the file that it leads to is replaced; permission bits are kept. Streams that nobody edited keep their bytes.
- * Signals that end a program wait meanwhile and make the saving give up.
+ * The file is replaced as a whole, once it is on disk, and may be the one that the document was opened from. A symbolic
+ * link stays one, and the file that it leads to is replaced; permission bits are kept. Streams that nobody edited keep
+ * their bytes. Signals that end a program wait meanwhile and make the saving give up.
  *
  * The bytes of SaveMemory are the caller's, to be given back with TGXHost_FreeMemory; `data` and `size` are set only on
  * success. */
@@ -80,8 +80,8 @@ TGX_HOST_EXPORT void TGXHost_CutFrames(size_t depth);
 /* Gives back the memory of the parsed content of pages that nobody changed. Only between calls of the library's exports. */
 TGX_HOST_EXPORT void TGXHost_DropUnchangedContent(PDDoc document);
 
-/* Code (kAS... of host.h) and UTF-8 text of the last failure of a function above; 0 and empty after a success. The text is the
- * host's, never null, good until the next call of a function above. */
+/* Code (kAS... of host.h) and UTF-8 text of the last failure of a function above; 0 and empty after a success. The text
+ * is the host's, never null, good until the next call of a function above. */
 TGX_HOST_EXPORT int TGXHost_LastErrorCode(void);
 TGX_HOST_EXPORT const char* TGXHost_LastError(void);
 
