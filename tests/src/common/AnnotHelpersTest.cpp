@@ -56,9 +56,9 @@ TEST_F(AnnotHelpersTest, WrapsKidsOfAllKindsInTheirOrder) {
             "  Link\n"
             "    mcid 0 page 1\n"
             "    Span\n"
-            "      mcid 1 page 1\n"
+            "      mcid 2 page 1\n"
             "    objr Link page 1\n"
-            "    mcid 2 page 1\n"
+            "    mcid 1 page 1\n"
             "    Lbl\n"
             "    objr Link page 1\n");
 }

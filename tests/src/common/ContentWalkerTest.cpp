@@ -19,11 +19,7 @@ using test::Operation;
 using test::Page;
 using test::RecordingHost;
 using test::Text;
-using testing::AnyOf;
 using testing::ElementsAre;
-using testing::Gt;
-using testing::IsEmpty;
-using testing::Lt;
 
 std::string KindName(PDEElement element) {
   switch (PDEObjectGetType(element)) {
@@ -94,7 +90,7 @@ TEST_F(ContentWalkerTest, EntersContainers) {
 }
 
 TEST_F(ContentWalkerTest, DoesNotEnterForms) {
-  doc.Stream("form", "/Type/XObject/Subtype/Form/BBox[0 0 9 9]", "/P <</MCID 1>> BDC 0 0 9 9 re f EMC");
+  doc.Stream("form", "<</Type/XObject/Subtype/Form/BBox[0 0 9 9]>>", "/P <</MCID 1>> BDC 0 0 9 9 re f EMC");
   Page& page = doc.AddPage();
   page.Resource("XObject", "Fm", "$form").Add(test::Ops("/Fm Do"));
   walker.Walk(PDDocAcquirePage(Open(), 0));
