@@ -120,10 +120,12 @@ void CheckOptions(Document& document, const SaveOptions& options) {
   }
 }
 
-/// qpdf would decode metadata in passing.
+/// qpdf would decode metadata in passing. Metadata with a crypt filter it must decode: it cannot take the filter away
+/// otherwise.
 void KeepMetadata(QPDF& pdf) {
   for (QPDFObjectHandle& object : pdf.getAllObjects()) {
-    if (object.isStream() && object.getDict().isDictionaryOfType("/Metadata")) object.setFilterOnWrite(false);
+    if (!object.isStream() || !object.getDict().isDictionaryOfType("/Metadata")) continue;
+    if (!object.getDict().getKey("/Filter").isOrHasName("/Crypt")) object.setFilterOnWrite(false);
   }
 }
 

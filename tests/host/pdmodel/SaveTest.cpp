@@ -262,7 +262,8 @@ TEST_F(Save, KeepsEncryptionOfAKeyWhoseLengthTheFileDoesNotTell) {
 }
 
 TEST_F(Save, RefusesToKeepTheEncryptionOfAPart) {
-  const std::string in = Qpdf("--encrypt user owner 128 --use-aes=y -- '" + Small() + "'", "in.pdf");
+  const std::string in =
+      Qpdf("--object-streams=disable --encrypt user owner 128 --use-aes=y -- '" + Small() + "'", "in.pdf");
   const std::string bytes = std::regex_replace(Read(in), std::regex("/StmF /StdCF"), "/StmF /Identity");
   const TGXHostOpenOptions open = {sizeof(TGXHostOpenOptions), 0, "user"};
   const Opened doc(Put("part.pdf", bytes), &open);

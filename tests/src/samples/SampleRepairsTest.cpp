@@ -3,6 +3,7 @@
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
+#include <qpdf/QPDFPageObjectHelper.hh>
 
 #include <algorithm>
 #include <sstream>
@@ -62,14 +63,29 @@ class SampleRepairs : public testing::TestWithParam<std::string> {
 
 INSTANTIATE_TEST_SUITE_P(Samples, SampleRepairs, testing::Values("annual-report", "travel-guide", "handbook"), TestName);
 
-TEST_P(SampleRepairs, DummyImagesLeaveThePagesAsTheExporterMadeThem) {
+TEST_P(SampleRepairs, DummyImagesLeaveThePagesAndNothingElseDoes) {
   const std::string after = AfterAction(13);
   EXPECT_EQ(Structure(after), Structure(Bytes()));
+  const auto before = test::RenderPages(Bytes());
   const auto pages = test::RenderPages(after);
-  const auto exported = test::RenderPages(test::ReadBytes(SamplePath("exported/" + GetParam() + ".pdf")));
-  ASSERT_EQ(pages.size(), exported.size());
+  ASSERT_EQ(pages.size(), before.size());
+  // The dummy images stand in the margin, at most 30 units from the left edge, which are 40 points where the browser scales.
+  constexpr int kMargin = 40 * 100 / 72 + 2;
+  bool anyWent = false;
   for (std::size_t page = 0; page < pages.size(); ++page) {
-    EXPECT_TRUE(test::Compare(pages[page], exported[page]).IsEmpty()) << "page " << page + 1;
+    const test::Difference difference = test::Compare(before[page], pages[page]);
+    anyWent = anyWent || !difference.IsEmpty();
+    EXPECT_LE(difference.right, kMargin) << "page " << page + 1;
+  }
+  EXPECT_TRUE(anyWent);
+  test::ReadBack file(after);
+  for (const QPDFObjectHandle& page : file->getAllPages()) {
+    for (auto& [name, image] : QPDFPageObjectHelper(page).getImages()) {
+      const std::string content = file.Content(1 + static_cast<int>(&page - file->getAllPages().data()));
+      const bool isDummy =
+          image.getDict().getKey("/Width").getIntValue() == 1 && image.getDict().getKey("/Height").getIntValue() == 1;
+      EXPECT_FALSE(isDummy && content.find(name + " Do") != std::string::npos) << name;
+    }
   }
 }
 
