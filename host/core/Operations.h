@@ -2,8 +2,8 @@
 
 #include <tgx/host.h>
 
-/// The host's implementation of every operation, as plain functions that throw HostError. Code of the host never goes through
-/// the tables; it does not call these either, but the functions and classes that they are made of.
+/// The host's implementation of every operation, as plain functions that throw HostError. Code of the host never goes
+/// through the tables; it does not call these either, but the functions and classes that they are made of.
 namespace tgx::host::operations {
 
 #define TGX_OPERATION(family, result, name, parameters, arguments) result name parameters;

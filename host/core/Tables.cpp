@@ -6,7 +6,8 @@
 namespace tgx::host {
 namespace {
 
-/// The functions that stand in the tables: each runs its operation behind a guard, so that a failure leaves the host as a raise.
+/// The functions that stand in the tables: each runs its operation behind a guard, so that a failure leaves the host as a
+/// raise.
 namespace entries {
 #define TGX_OPERATION(family, result, name, parameters, arguments) \
   result name parameters {                                         \
@@ -17,40 +18,60 @@ namespace entries {
 }  // namespace entries
 
 #define TGX_OPERATION(family, result, name, parameters, arguments) entries::name,
-constexpr CoreTable kCore = {sizeof(CoreTable), kHostTablesVersion,
+constexpr CoreTable kCore = {
+    sizeof(CoreTable),
+    kHostTablesVersion,
 #include <tgx/operations/core.def>
 };
-constexpr AcroSupportTable kAcroSupport = {sizeof(AcroSupportTable), kHostTablesVersion,
+constexpr AcroSupportTable kAcroSupport = {
+    sizeof(AcroSupportTable),
+    kHostTablesVersion,
 #include <tgx/operations/acro_support.def>
 };
-constexpr CosTable kCos = {sizeof(CosTable), kHostTablesVersion,
+constexpr CosTable kCos = {
+    sizeof(CosTable),
+    kHostTablesVersion,
 #include <tgx/operations/cos.def>
 };
-constexpr PDModelTable kPDModel = {sizeof(PDModelTable), kHostTablesVersion,
+constexpr PDModelTable kPDModel = {
+    sizeof(PDModelTable),
+    kHostTablesVersion,
 #include <tgx/operations/pd_model.def>
 };
-constexpr PDFEditReadTable kPDFEditRead = {sizeof(PDFEditReadTable), kHostTablesVersion,
+constexpr PDFEditReadTable kPDFEditRead = {
+    sizeof(PDFEditReadTable),
+    kHostTablesVersion,
 #include <tgx/operations/pdf_edit_read.def>
 };
-constexpr PDFEditWriteTable kPDFEditWrite = {sizeof(PDFEditWriteTable), kHostTablesVersion,
+constexpr PDFEditWriteTable kPDFEditWrite = {
+    sizeof(PDFEditWriteTable),
+    kHostTablesVersion,
 #include <tgx/operations/pdf_edit_write.def>
 };
-constexpr PagePDEContentTable kPagePDEContent = {sizeof(PagePDEContentTable), kHostTablesVersion,
+constexpr PagePDEContentTable kPagePDEContent = {
+    sizeof(PagePDEContentTable),
+    kHostTablesVersion,
 #include <tgx/operations/page_pde_content.def>
 };
-constexpr PDSEditReadTable kPDSEditRead = {sizeof(PDSEditReadTable), kHostTablesVersion,
+constexpr PDSEditReadTable kPDSEditRead = {
+    sizeof(PDSEditReadTable),
+    kHostTablesVersion,
 #include <tgx/operations/pds_edit_read.def>
 };
-constexpr PDSEditWriteTable kPDSEditWrite = {sizeof(PDSEditWriteTable), kHostTablesVersion,
+constexpr PDSEditWriteTable kPDSEditWrite = {
+    sizeof(PDSEditWriteTable),
+    kHostTablesVersion,
 #include <tgx/operations/pds_edit_write.def>
 };
-constexpr TextTable kText = {sizeof(TextTable), kHostTablesVersion,
+constexpr TextTable kText = {
+    sizeof(TextTable),
+    kHostTablesVersion,
 #include <tgx/operations/text.def>
 };
 #undef TGX_OPERATION
 
 constexpr HostTables kTables = {
-    sizeof(HostTables), kHostTablesVersion, &kCore,          &kAcroSupport,   &kCos,         &kPDModel,
+    sizeof(HostTables), kHostTablesVersion, &kCore,           &kAcroSupport,  &kCos,         &kPDModel,
     &kPDFEditRead,      &kPDFEditWrite,     &kPagePDEContent, &kPDSEditWrite, &kPDSEditRead, &kText,
 };
 

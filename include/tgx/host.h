@@ -9,9 +9,9 @@
  * The tables below, the library's forwarders and every decorator are generated from that list.
  *
  * Conventions, unless an operation says otherwise:
- *  - Failure is a raise: the host stores a code and a text, takes the top exception frame off and calls its restore procedure,
- *    which throws. A handle that names no living object of an open document raises kASBadParameter, an object of the wrong
- *    type kASWrongType, an index out of range kASOutOfRange.
+ *  - Failure is a raise: the host stores a code and a text, takes the top exception frame off and calls its restore
+ * procedure, which throws. A handle that names no living object of an open document raises kASBadParameter, an object of the
+ * wrong type kASWrongType, an index out of range kASOutOfRange.
  *  - Output pointers may be null when the caller does not want the value, and are written only on success; an operation that
  *    returns an ASBool and gives 0 sets its object outputs to the null object.
  *  - A getter of bytes returns their number; with a buffer it also writes exactly that many, without a terminator.
@@ -23,7 +23,8 @@
 #include <stddef.h>
 #include <stdint.h>
 
-/* ---- Scalars ------------------------------------------------------------------------------------------------------------ */
+/* ---- Scalars ------------------------------------------------------------------------------------------------------------
+ */
 
 typedef int8_t ASInt8;
 typedef uint8_t ASUns8;
@@ -38,7 +39,8 @@ typedef ASInt32 ASErrorCode;  /* one of the kAS... codes below */
 typedef ASInt32 ASTArraySize; /* a count of bytes or items */
 typedef ASUns16 ASUTF16Val;   /* a UTF-16 code unit */
 
-/* ---- Handles ------------------------------------------------------------------------------------------------------------ */
+/* ---- Handles ------------------------------------------------------------------------------------------------------------
+ */
 
 /* A 64-bit value that names an object of an open document; all bits zero is the null object. Two ways to one object give the
  * same bits for as long as the document is open. All of these are one type: the Cos object of a structure element is a valid
@@ -86,7 +88,8 @@ typedef void (*ASRestoreProc)(void); /* does not return: it throws */
 typedef ASBool (*CosObjEnumProc)(CosObj key, CosObj value, void* clientData);
 typedef ASBool (*PDAuthProc)(PDDoc doc);
 
-/* ---- Records ------------------------------------------------------------------------------------------------------------ */
+/* ---- Records ------------------------------------------------------------------------------------------------------------
+ */
 
 typedef struct ASFixedRect {
   ASFixed left, top, right, bottom;
@@ -117,9 +120,9 @@ typedef struct PDEImageAttrs {
 } PDEImageAttrs;
 
 typedef struct PDEColorValue {
-  ASFixed color[7];     /*  0: one component after the other */
-  PDEObject colorObj2;  /* 32 */
-  PDEObject colorObj;   /* 40: a pattern */
+  ASFixed color[7];    /*  0: one component after the other */
+  PDEObject colorObj2; /* 32 */
+  PDEObject colorObj;  /* 40: a pattern */
 } PDEColorValue;
 
 typedef struct PDEColorSpec {
@@ -134,18 +137,18 @@ typedef struct PDEDash {
 } PDEDash;
 
 typedef struct PDEGraphicState {
-  ASUns32 wasSetFlags;         /*   0: not consulted */
-  PDEColorSpec fillColorSpec;  /*   8 */
+  ASUns32 wasSetFlags;          /*   0: not consulted */
+  PDEColorSpec fillColorSpec;   /*   8 */
   PDEColorSpec strokeColorSpec; /* 64 */
-  PDEDash dash;                /* 120 */
-  ASFixed lineWidth;           /* 172 */
-  ASFixed miterLimit;          /* 176 */
-  ASFixed flatness;            /* 180 */
-  ASInt32 lineCap;             /* 184 */
-  ASInt32 lineJoin;            /* 188 */
-  ASAtom renderIntent;         /* 192: the empty atom is none */
-  PDEExtGState extGState;      /* 200 */
-  ASUns8 reserved[24];         /* 208 */
+  PDEDash dash;                 /* 120 */
+  ASFixed lineWidth;            /* 172 */
+  ASFixed miterLimit;           /* 176 */
+  ASFixed flatness;             /* 180 */
+  ASInt32 lineCap;              /* 184 */
+  ASInt32 lineJoin;             /* 188 */
+  ASAtom renderIntent;          /* 192: the empty atom is none */
+  PDEExtGState extGState;       /* 200 */
+  ASUns8 reserved[24];          /* 208 */
 } PDEGraphicState;
 
 typedef struct PDLinkAnnotBorder {
@@ -182,17 +185,19 @@ static_assert(sizeof(PDLinkAnnotBorder) == 32 && offsetof(PDLinkAnnotBorder, wid
 static_assert(sizeof(PDColorValueRec) == 20 && offsetof(PDColorValueRec, value) == 4);
 #endif
 
-/* ---- Constants ---------------------------------------------------------------------------------------------------------- */
+/* ---- Constants ----------------------------------------------------------------------------------------------------------
+ */
 
 enum { ASAtomNull = -1 };
 
 /* Codes of a raise. */
 enum {
   kASNoError = 0,
-  kASBadParameter = 1,    /* a dead handle, null where null is not allowed, a wrong record size, an object of another document */
-  kASWrongType = 2,       /* an object of another type than the operation works on */
-  kASOutOfRange = 3,      /* an index */
-  kASNotFound = 4,        /* the named thing is not there */
+  kASBadParameter =
+      1,             /* a dead handle, null where null is not allowed, a wrong record size, an object of another document */
+  kASWrongType = 2,  /* an object of another type than the operation works on */
+  kASOutOfRange = 3, /* an index */
+  kASNotFound = 4,   /* the named thing is not there */
   kASDamagedDocument = 5, /* the document contradicts itself */
   kASBadPassword = 6,     /* a password is needed, or the one given is wrong */
   kASFileError = 7,       /* the operating system refused */
@@ -264,10 +269,11 @@ enum {
 /* Formats of the text family. */
 enum { kUTF16BigEndian = 0, kUTF16HostEndian = 1, kUTF8 = 2 };
 
-/* ---- Tables ------------------------------------------------------------------------------------------------------------- */
+/* ---- Tables -------------------------------------------------------------------------------------------------------------
+ */
 
-/* A table starts with its own size in bytes, so that it can grow at the end, and a version; its functions follow in the order
- * of the family's list. No entry is ever null. */
+/* A table starts with its own size in bytes, so that it can grow at the end, and a version; its functions follow in the
+ * order of the family's list. No entry is ever null. */
 /* NOLINTNEXTLINE(bugprone-macro-parentheses): the arguments are declarations, not expressions */
 #define TGX_OPERATION(family, result, name, parameters, arguments) result(*name) parameters;
 #define TGX_TABLE_HEAD ASUns32 size, version;
@@ -333,7 +339,8 @@ typedef struct HostTables {
 
 #endif /* TGX_HOST_H */
 
-/* ---- Forwarders --------------------------------------------------------------------------------------------------------- */
+/* ---- Forwarders ---------------------------------------------------------------------------------------------------------
+ */
 
 /* C++ code that calls a host through its tables defines TGX_HOST_FORWARDERS before including this header and provides
  * GetHostTables; it can then call every operation by its own name, and each call fetches the table anew. */

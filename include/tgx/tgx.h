@@ -31,7 +31,7 @@ enum {
 
 /* What TGX_init takes; copied by the call, so the record may die after it. */
 typedef struct TGXInitParams {
-  ASExtension extensionId;                  /* 0: the client's identity; handed back to every host operation that asks for it */
+  ASExtension extensionId; /* 0: the client's identity; handed back to every host operation that asks for it */
   const HostTables* (*getHostTables)(void); /* 8: gives the host's tables; called anew for every host operation */
 } TGXInitParams;
 
@@ -39,8 +39,8 @@ typedef struct TGXInitParams {
 typedef struct TGXActionParams {
   uint32_t reserved; /* 0: never read */
   int32_t action;    /* 4: 0 to 18 */
-  char path[1];      /* 8: zero-terminated path in the operating system's bytes, stored in the record itself; read only by the
-                           actions that take one */
+  char path[1]; /* 8: zero-terminated path in the operating system's bytes, stored in the record itself; read only by the
+                      actions that take one */
 } TGXActionParams;
 
 /* What TGX_Fixups takes. */

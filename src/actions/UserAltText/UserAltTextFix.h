@@ -8,9 +8,9 @@
 
 namespace tgx {
 
-/// Moves the alternate text that the exporter carries in the URI of a link to the "Alt" of the element beside the link annotation.
-/// Every URI loses the text; where nothing is left of it the "Link" element gives way to that element and the annotation leaves its
-/// page.
+/// Moves the alternate text that the exporter carries in the URI of a link to the "Alt" of the element beside the link
+/// annotation. Every URI loses the text; where nothing is left of it the "Link" element gives way to that element and the
+/// annotation leaves its page.
 class UserAltTextFix : public PDFAction {
  public:
   /// Always true. The tag tree that it works by stays as it was built, whatever is changed on the way.
