@@ -3,8 +3,10 @@
 #include "src/actions/AttFix/AttFixAction.h"
 #include "src/actions/AttLayoutTableFix/AttLayoutTableFix.h"
 #include "src/actions/EmptyTag/EmptyTagFix.h"
+#include "src/actions/ExtractMathML/ExtractMathMLAction.h"
 #include "src/actions/FixEndNote/FixEndNoteAction.h"
 #include "src/actions/FixGroupTags/FixGroupTagsAction.h"
+#include "src/actions/FootnoteRef/FootnoteRefFix.h"
 #include "src/actions/IDStyleName/IDStyleNameFix.h"
 #include "src/actions/RemoveTextFrameMarkers/RemoveTextFrameMarkersAction.h"
 #include "src/actions/ReshuffleAnchoredFramesV2/ActionRAFv2.h"
@@ -15,6 +17,7 @@
 #include "src/fixes/FixWidgetAnnot/WidgetAnnotFixer.h"
 #include "src/fixes/LangEncoderFix/CLangTagMapper.h"
 #include "src/fixes/MainLangResolver/CMainLangResolver.h"
+#include "src/fixes/RemoveDoubleBullet/CDoubleBulletsRemover.h"
 #include "src/fixes/RemoveExtraParaTag/CExtraPTagRemover.h"
 #include "src/fixes/RoleMap/RoleMapFix.h"
 #include "src/forms/AcroFormSync.h"
@@ -65,6 +68,17 @@ int RetagLayoutTables(PDDoc document, const char* path) {
   return succeeded ? TGX_OK : TGX_FAILED;
 }
 
+int LinkFootnotes(PDDoc document, const char*) {
+  const bool succeeded = [document] {
+    FootnoteRefFix worker;
+    worker.SetDocument(document);
+    worker.SetBorderWidth(0);
+    worker.SetDestinationFit(4);
+    return worker.Run();
+  }();
+  return succeeded ? TGX_OK : TGX_FAILED;
+}
+
 template <typename Fixer>
 bool RunFixer(PDDoc document) {
   Fixer fixer;
@@ -99,16 +113,19 @@ constexpr ActionRow kActions[] = {
     {7, RunWorker<EmptyTagFix, &EmptyTagFix::MarkEmpty>},
     {8, RunWorker<UserAltTextFix>},
     {9, RetagLayoutTables},
+    {10, LinkFootnotes},
     {11, RunWorker<RemoveTextFrameMarkersAction>},
     {12, RunWorker<AttFixAction>},
     {13, RemoveDummyImagesOfAllPages},
     {14, RunWorker<ActionRAFv2>},
     {15, RunWorker<FixEndNoteAction>},
     {16, RunWorker<FixGroupTagsAction>},
+    {17, RunWorker<ExtractMathMLAction>},
     {18, RunNothing},
 };
 
 constexpr FixRow kFixes[] = {
+    {0x1, RunFixer<CDoubleBulletsRemover>},
     {0x2, RunFixer<CExtraPTagRemover>},
     {0x4, RunFixer<CMainLangResolver>},
     {0x10, MapLanguages<CLangTagMapper::kToTags>},

@@ -129,7 +129,32 @@ std::string WithLanguagesAndHeads() {
   return doc.Write();
 }
 
+std::string WithFootnotesAndFormulas() {
+  const auto marker = [](const std::u16string& alt) { return Element("Span").Alt(std::u16string_view(alt)); };
+  TestDocument doc;
+  Page& page = doc.AddPage();
+  doc.Tree({Element("Document")({
+      Element("P").Add(Element("Reference").Text(page, "1")),
+      Element("Note").Text(page, "a note"),
+      Element("P").Add(marker(u"MATHML_1_START")).Text(page, "x").Add(marker(u"MATHML_1_END")),
+      Element("Lbl")({Element("Span").Text(page, "-"), Element("Span").Text(page, "-")}),
+  })});
+  return doc.Write();
+}
+
 const SweptOperation kOperations[] = {
+    {"LinkFootnotes",
+     WithFootnotesAndFormulas,
+     [](OpenDocument& document) { return document.Action(10); },
+     {.mayStayOpen = {"pages", "contents"}}},
+    {"ExtractMathML",
+     WithFootnotesAndFormulas,
+     [](OpenDocument& document) { return document.Action(17); },
+     {.mayStayOpen = {"pages", "contents"}}},
+    {"RemoveDoubleBullets",
+     WithFootnotesAndFormulas,
+     [](OpenDocument& document) { return document.Fixups(0x1); },
+     {.mayStayOpen = {"pages", "contents"}}},
     {"FindMainLanguage",
      WithLanguagesAndHeads,
      [](OpenDocument& document) { return document.Fixups(0x4); },

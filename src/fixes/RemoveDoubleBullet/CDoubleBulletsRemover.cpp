@@ -1,0 +1,137 @@
+#include "src/fixes/RemoveDoubleBullet/CDoubleBulletsRemover.h"
+
+#include <algorithm>
+#include <set>
+#include <utility>
+
+#include "src/api/HostException.h"
+#include "src/common/ContentUtils.h"
+#include "src/common/StructureUtils.h"
+#include "src/common/contentvisitors/CActualTextExtractor.h"
+#include "src/common/contentvisitors/CContentEraser.h"
+#include "src/common/contentvisitors/CContentTextExtractor.h"
+#include "src/fixes/StructureKidWalk.h"
+
+namespace tgx {
+namespace {
+
+constexpr char kSourceFile[] = "fixes/RemoveDoubleBullet/DoubleBulletsRemover";
+/// How many records, from the first of the document on, each record is compared with.
+constexpr std::size_t kReach = 10;
+
+PDSElement ParentOf(const PDSElement& element) {
+  PDSElement copy = element;
+  return GetParent(copy);
+}
+
+/// Whether `hidden` is the copy of the bullet that `shown` shows. Bytes count: another byte order is another text.
+bool IsCopyOf(const ByteVector& hiddenActual, const ByteVector& shownActual, const ByteVector& shownText) {
+  return !hiddenActual.empty() && shownActual.empty() && hiddenActual == shownText;
+}
+
+}  // namespace
+
+bool CDoubleBulletsRemover::Run(PDDoc document) {
+  if (document == nullptr) return false;
+  document_ = document;
+  return InExceptionFrame([this] {
+    const bool hasTree = ForEachTopLevelElement(document_, kSourceFile, 40, [this](PDSElement& element) {
+      VisitElement(element);
+      Walk(element);
+    });
+    if (!hasTree) return false;
+    ReadTexts();
+    CompareRecords();
+    return true;
+  });
+}
+
+void CDoubleBulletsRemover::Walk(PDSElement element) {
+  const ASInt32 count = PDSElementGetNumKids(element);
+  for (ASInt32 i = 0; i < count; ++i) {
+    CosObj kid;
+    PDSMCInfo mcInfo;
+    const ASAtom kind = PDSElementGetKidWithMCInfo(element, i, &kid, &mcInfo, nullptr, nullptr);
+    if (kind == ASAtomFromString("StructElem")) {
+      VisitElement(kid);
+      Walk(kid);
+    } else {
+      VisitKid(element, kid, kind, mcInfo);
+    }
+  }
+}
+
+void CDoubleBulletsRemover::VisitKid(PDSElement& element, const CosObj& kid, ASAtom kind, const PDSMCInfo& mcInfo) {
+  if (kind != ASAtomFromString("MC")) return;
+  const PDPage page = AcquirePageOfCosPage(mcInfo.page);
+  if (page == nullptr) return;
+  const PDEContainer container = containers_.Find(page, mcInfo.mcid);
+  if (container == nullptr) return;
+  records_.push_back(std::make_unique<MarkedContentRecord>());
+  MarkedContentRecord& record = *records_.back();
+  record.mcInfo = mcInfo;
+  record.element = element;
+  record.kid = kid;
+  record.container = container;
+}
+
+/// Texts matter only where two records can be a pair, which takes one parent, and where one of them is within reach. Nothing
+/// has been changed since the walk, so they are what they were then.
+void CDoubleBulletsRemover::ReadTexts() {
+  std::set<std::pair<ASUns32, ASUns32>> parentsWithinReach;
+  for (std::size_t i = 0; i < std::min(kReach, records_.size()); ++i) {
+    const PDSElement parent = ParentOf(records_[i]->element);
+    parentsWithinReach.emplace(parent.a, parent.b);
+  }
+  for (const auto& record : records_) {
+    const PDSElement parent = ParentOf(record->element);
+    if (parentsWithinReach.count({parent.a, parent.b}) == 0) continue;
+    CActualTextExtractor actual;
+    actual.Extract(record->container);
+    record->actualText = actual.Text();
+    CContentTextExtractor shown;
+    shown.Extract(record->container);
+    record->singleByteText = shown.SingleByte();
+    record->utf16Text = shown.Utf16();
+    record->utf32Text = shown.Utf32();
+    record->rawText = shown.Raw();
+  }
+}
+
+void CDoubleBulletsRemover::CompareRecords() {
+  const std::size_t count = records_.size();
+  for (std::size_t i = 0; i < count; ++i) {
+    const MarkedContentRecord& a = *records_[i];
+    // The second record is counted from the first of the document, not from `i`: pairs further down are out of reach.
+    const std::size_t reach = std::min(count - i, kReach);
+    for (std::size_t j = 0; j < reach; ++j) {
+      const MarkedContentRecord& b = *records_[j];
+      if (!ArePair(a, b)) continue;
+      if (IsCopyOf(a.actualText, b.actualText, b.utf16Text)) Delete(a);
+      if (IsCopyOf(b.actualText, a.actualText, a.utf16Text)) Delete(b);
+    }
+  }
+}
+
+bool CDoubleBulletsRemover::ArePair(const MarkedContentRecord& a, const MarkedContentRecord& b) const {
+  PDSElement parent;
+  ASBool isRoot = 0;
+  PDSElementGetParent(a.element, &parent, &isRoot);
+  if (isRoot == 1 || CosObjGetType(parent) == CosNull) return false;
+  if (CosObjEqual(parent, ParentOf(b.element)) == 0) return false;
+  return HasRole(a.element, "Span") && HasRole(b.element, "Span") && HasRole(parent, "Lbl") &&
+         PDSElementGetNumKids(parent) == 2;
+}
+
+bool CDoubleBulletsRemover::HasRole(const PDSElement& element, const char* role) const {
+  return ResolveRole(document_, ASAtomGetString(PDSElementGetType(element))) == role;
+}
+
+void CDoubleBulletsRemover::Delete(const MarkedContentRecord& record) {
+  const PDSElement parent = ParentOf(record.element);
+  if (const PDPage page = AcquirePageOfCosPage(record.mcInfo.page))
+    CContentEraser().Erase(document_, page, record.mcInfo.mcid);
+  PDSElementRemoveKid(parent, record.element);
+}
+
+}  // namespace tgx

@@ -1,0 +1,150 @@
+#include <gtest/gtest.h>
+
+#include "tests/support/OpenDocument.h"
+#include "tests/support/TestDocument.h"
+#include "tests/support/TreeText.h"
+
+namespace tgx {
+namespace {
+
+using test::Element;
+using test::OpenDocument;
+using test::TestDocument;
+
+constexpr std::uint32_t kDoubleBullets = 0x1;
+
+constexpr char kToUnicode[] =
+    "/CIDInit /ProcSet findresource begin 12 dict begin begincmap 1 begincodespacerange <0000> <FFFF> endcodespacerange\n"
+    "2 beginbfchar <0001> <2022> <0002> <2013> endbfchar endcmap end end";
+
+/// A list whose bullets are shown in a font of two-byte codes: 1 is a bullet, 2 a dash.
+class DoubleBullets : public testing::Test {
+ protected:
+  DoubleBullets() {
+    document_.Stream("map", "<<>>", kToUnicode);
+    page_.Resource(
+        "Font", "F2",
+        "<</Type/Font/Subtype/Type0/BaseFont/Bullets/Encoding/Identity-H/ToUnicode $map/DescendantFonts[<</Type/Font"
+        "/Subtype/CIDFontType2/BaseFont/Bullets/CIDSystemInfo<</Registry(Adobe)/Ordering(Identity)/Supplement 0>>>>]>>");
+  }
+
+  static test::Content Shown(const std::string& code) { return test::Ops("BT /F2 12 Tf 72 700 Td <" + code + "> Tj ET"); }
+
+  /// A Span that shows a character, and one that names it as its text.
+  Element Visible(const std::string& code = "0001") { return Element("Span").Title("visible").Mark(page_, Shown(code)); }
+  Element Hidden(const std::string& actual = "FEFF2022") {
+    const int mcid = 100 + hidden_++;
+    page_.Add(
+        test::Marked("Span", "<</MCID " + std::to_string(mcid) + "/ActualText<" + actual + ">>>", {test::Text("hidden")}));
+    return Element("Span").Title("hidden").Mcid(page_, mcid);
+  }
+
+  void Repair(const std::vector<Element>& elements) {
+    document_.Tree({Element("L")(elements)});
+    OpenDocument open(document_.Write());
+    EXPECT_EQ(open.Fixups(kDoubleBullets), test::kSuccess);
+    saved_ = open.Save();
+    test::ExpectSound(saved_);
+  }
+
+  /// How many of the Spans are left in the tree, and whether the hidden text is still painted.
+  std::size_t Left(const std::string& title) const {
+    const std::string tree = test::TreeText(saved_);
+    std::size_t count = 0;
+    for (auto at = tree.find(title); at != std::string::npos; at = tree.find(title, at + 1)) ++count;
+    return count;
+  }
+  bool PaintsHidden() const { return test::ReadBack(saved_).Content(1).find("(hidden)") != std::string::npos; }
+
+  TestDocument document_;
+  test::Page& page_ = document_.AddPage();
+  int hidden_ = 0;
+  std::string saved_;
+};
+
+TEST_F(DoubleBullets, RemovesTheCopyThatIsOnlyAText) {
+  Repair({Element("LI")({Element("Lbl")({Hidden(), Visible()})})});
+  EXPECT_EQ(Left("hidden"), 0U);
+  EXPECT_EQ(Left("visible"), 1U);
+  EXPECT_FALSE(PaintsHidden());
+  EXPECT_NE(test::ReadBack(saved_).Content(1).find("<0001>"), std::string::npos) << "the visible bullet stays on the page";
+}
+
+TEST_F(DoubleBullets, RemovesTheCopyBehindTheVisibleOneToo) {
+  Repair({Element("Lbl")({Visible(), Hidden()})});
+  EXPECT_EQ(Left("hidden"), 0U);
+  EXPECT_EQ(Left("visible"), 1U);
+}
+
+TEST_F(DoubleBullets, KeepsTwoVisibleBullets) {
+  Repair({Element("Lbl")({Visible(), Visible()})});
+  EXPECT_EQ(Left("visible"), 2U);
+}
+
+TEST_F(DoubleBullets, KeepsTwoHiddenBullets) {
+  Repair({Element("Lbl")({Hidden(), Hidden()})});
+  EXPECT_EQ(Left("hidden"), 2U);
+}
+
+TEST_F(DoubleBullets, KeepsADifferentText) {
+  Repair({Element("Lbl")({Hidden("FEFF2013"), Visible()})});
+  EXPECT_EQ(Left("hidden"), 1U);
+}
+
+TEST_F(DoubleBullets, KeepsATextInTheOtherByteOrder) {
+  Repair({Element("Lbl")({Hidden("2220"), Visible()})});
+  EXPECT_EQ(Left("hidden"), 1U);
+}
+
+TEST_F(DoubleBullets, KeepsATextThatIsOnlyAMark) {
+  Repair({Element("Lbl")({Hidden("FEFF"), Visible()})});
+  EXPECT_EQ(Left("hidden"), 1U);
+}
+
+TEST_F(DoubleBullets, KeepsALabelOfThreeKids) {
+  Repair({Element("Lbl")({Hidden(), Visible(), Element("Span")})});
+  EXPECT_EQ(Left("hidden"), 1U);
+}
+
+TEST_F(DoubleBullets, KeepsPairsOutsideLabels) {
+  Repair({Element("LBody")({Hidden(), Visible()})});
+  EXPECT_EQ(Left("hidden"), 1U);
+}
+
+TEST_F(DoubleBullets, KeepsPairsThatAreNoSpans) {
+  document_.Tree({Element("Lbl")({Element("P").Mark(page_, Shown("0001")), Hidden()})});
+  OpenDocument open(document_.Write());
+  EXPECT_EQ(open.Fixups(kDoubleBullets), test::kSuccess);
+  saved_ = open.Save();
+  EXPECT_EQ(Left("hidden"), 1U);
+}
+
+TEST_F(DoubleBullets, GoesByTheRoleOfCustomTypes) {
+  document_.RoleMap({{"Bullet", "Lbl"}});
+  Repair({Element("Bullet")({Hidden(), Visible()})});
+  EXPECT_EQ(Left("hidden"), 0U);
+}
+
+TEST_F(DoubleBullets, KeepsPairsOnTopOfTheTree) {
+  document_.Tree({Hidden(), Visible()});
+  OpenDocument open(document_.Write());
+  EXPECT_EQ(open.Fixups(kDoubleBullets), test::kSuccess);
+  saved_ = open.Save();
+  EXPECT_EQ(Left("hidden"), 1U);
+}
+
+TEST_F(DoubleBullets, ReachesOnlyPairsAmongTheFirstTenPiecesOfContent) {
+  std::vector<Element> items;
+  for (int i = 0; i < 12; ++i) items.push_back(Element("Lbl")({Hidden(), Visible()}));
+  Repair(items);
+  EXPECT_EQ(Left("visible"), 12U);
+  EXPECT_EQ(Left("hidden"), 7U) << "five pairs are within reach";
+}
+
+TEST_F(DoubleBullets, FailsWithoutATextForADocumentWithoutAStructureTree) {
+  OpenDocument open(document_.Write());
+  EXPECT_EQ(open.Fixups(kDoubleBullets), test::kSoftFailure);
+}
+
+}  // namespace
+}  // namespace tgx
