@@ -136,7 +136,8 @@ TEST_F(Save, KeepsCompressedMetadataByteForByte) {
   metadata.getDict().replaceKey("/Filter", QPDFObjectHandle::newName("/ASCIIHexDecode"));
   metadata.replaceStreamData("3C783E>", QPDFObjectHandle::newName("/ASCIIHexDecode"), QPDFObjectHandle::newNull());
   pdf->getRoot().replaceKey("/Metadata", metadata);
-  QPDFWriter writer(*pdf, Path("in.pdf").c_str());
+  const std::string in = Path("in.pdf");  // the writer keeps the pointer
+  QPDFWriter writer(*pdf, in.c_str());
   writer.setStreamDataMode(qpdf_s_preserve);
   metadata.setFilterOnWrite(false);
   writer.write();
@@ -195,7 +196,8 @@ TEST_F(Save, LinearizesALongChainOfObjects) {
     next = pdf->makeIndirectObject(link);
   }
   pdf->getRoot().replaceKey("/Chain", next);
-  QPDFWriter writer(*pdf, Path("chain.pdf").c_str());
+  const std::string in = Path("chain.pdf");  // the writer keeps the pointer
+  QPDFWriter writer(*pdf, in.c_str());
   writer.write();
   const TGXHostSaveOptions linearize = With(true, false, false);
   EXPECT_GT(Read(Saved(Path("chain.pdf"), &linearize)).size(), 0U);
