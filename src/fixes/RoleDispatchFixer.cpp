@@ -2,7 +2,6 @@
 
 #include "src/api/HostException.h"
 #include "src/api/StructureError.h"
-#include "src/common/StructureUtils.h"
 
 namespace tgx {
 namespace {
@@ -27,6 +26,7 @@ void RoleDispatchFixer::handleContentKid(const CosObj&) {}
 bool RoleDispatchFixer::run(PDDoc document) {
   if (document == nullptr) return false;
   document_ = document;
+  roles_ = RoleCache(document);
   Begin();
   return InExceptionFrame([this] { return WalkTree(); });
 }
@@ -64,8 +64,7 @@ void RoleDispatchFixer::Walk(const PDSElement& element) {
 }
 
 void RoleDispatchFixer::Dispatch(const PDSElement& element) {
-  const std::string type = ResolveRole(document_, ASAtomGetString(PDSElementGetType(element)));
-  const auto handler = handlers_.find(type);
+  const auto handler = handlers_.find(roles_.RoleOf(element));
   if (handler == handlers_.end()) {
     handleOtherElement(element);
   } else {

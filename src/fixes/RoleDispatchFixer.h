@@ -4,6 +4,7 @@
 #include <string>
 
 #include "src/api/HostBinding.h"
+#include "src/common/RoleCache.h"
 
 namespace tgx {
 
@@ -56,6 +57,7 @@ class RoleDispatchFixer {
 
   Source source_;
   PDDoc document_ = nullptr;
+  RoleCache roles_;
   std::map<std::string, Handler> handlers_;
 };
 

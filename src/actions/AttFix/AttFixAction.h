@@ -23,6 +23,7 @@ class AttFixAction : public PDFAction, public TagStructureVisitorBase {
   bool Run() override;
 
   void VisitElement(PDSElement& element) override;
+  bool NeedsContentPointers() const override { return false; }
 
  private:
   enum class Mode { CollectPlaceholders, ScopeHeaderCells, CollectRowsOfCounted, CollectRowsOfDescribed, RetagLayout };

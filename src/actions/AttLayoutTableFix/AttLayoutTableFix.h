@@ -25,6 +25,7 @@ class AttLayoutTableFix : public PDFAction, public ITagStructureVisitor {
   void VisitMarkedContent(CosObj&, int, CosObj) override {}
   void VisitObjectReference(CosObj&, int, CosObj) override {}
   void VisitOther(CosObj&, int, CosObj) override {}
+  bool NeedsContentPointers() const override { return false; }
 
  private:
   enum class Mode { Collect, Retag };

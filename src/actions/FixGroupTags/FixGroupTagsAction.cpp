@@ -1,17 +1,21 @@
 #include "src/actions/FixGroupTags/FixGroupTagsAction.h"
 
-#include "src/actions/FixGroupTags/NeighbourSearch.h"
+#include <algorithm>
+
+#include "src/common/ObjectBits.h"
 #include "src/common/StructureUtils.h"
 #include "src/common/TagStructureWalker.h"
 
 namespace tgx {
 namespace {
 
-// Equal objects have equal bits, so that a set of them can be searched.
-std::uint64_t Bits(CosObj object) { return static_cast<std::uint64_t>(object.b) << 32U | object.a; }
-
 // Puts `element` where the kid at `index` stands; that one moves behind it.
 void InsertBefore(PDSElement parent, PDSElement element, int index) { PDSElementInsertKid(parent, element, index - 1); }
+
+bool HoldsTarget(PDSElement element) {
+  return !TagStructureWalker::IsNull(TagStructureWalker::FindDescendantByType(element, ASAtomFromString("L"))) ||
+         !TagStructureWalker::IsNull(TagStructureWalker::FindDescendantByType(element, ASAtomFromString("Table")));
+}
 
 }  // namespace
 
@@ -33,7 +37,7 @@ bool FixGroupTagsAction::Run() {
   walker.Walk(root);
   if (work_.empty()) return true;
   for (const Work& work : work_) {
-    if (!grouped_.contains(Bits(work.element))) Handle(work);
+    if (!grouped_.contains(BitsOf(work.element))) Handle(work);
   }
   work_.clear();
   UnmapPrivateTypes();
@@ -76,23 +80,25 @@ void FixGroupTagsAction::MakeCaption(PDSElement element, const char* targetType,
   PDSElement target = TagStructureWalker::FindDescendantByType(element, type);
   if (!TagStructureWalker::IsNull(target)) {
     const PDSElement parent = GetParent(element);
-    const int index = IndexIn(parent, element);
+    const int index = places_.IndexOf(parent, element);
     PDSElementRemoveKid(GetParent(target), target);
     InsertBefore(parent, target, index);
   } else {
-    target = FindNeighbour(element, type, direction == Direction::kForward ? 1 : -1);
+    target = neighbours_.Find(element, type, direction == Direction::kForward ? 1 : -1);
     // Nothing to give the caption to: it keeps its private type.
     if (TagStructureWalker::IsNull(target)) return;
   }
   const Paragraphs paragraphs = TakeParagraphs(element);
   const PDSElement caption = NewElementOver(paragraphs, "Caption");
   PDSElementInsertKid(target, caption, direction == Direction::kForward ? kPDSBeforeFirst : PDSElementGetNumKids(target));
+  const auto& moved = paragraphs.elements;
+  if (std::any_of(moved.begin(), moved.end(), HoldsTarget)) neighbours_.Forget();
   FinishParagraphs(paragraphs);
 }
 
 FixGroupTagsAction::Paragraphs FixGroupTagsAction::TakeParagraphs(PDSElement element) {
   const PDSElement parent = GetParent(element);
-  Paragraphs paragraphs = {parent, IndexIn(parent, element), {element}};
+  Paragraphs paragraphs = {parent, places_.IndexOf(parent, element), {element}};
   const ASAtom type = PDSElementGetType(element);
   const ASInt32 count = PDSElementGetNumKids(parent);
   for (ASInt32 index = paragraphs.index + 1; index < count; ++index) {
@@ -117,20 +123,8 @@ PDSElement FixGroupTagsAction::NewElementOver(const Paragraphs& paragraphs, cons
 void FixGroupTagsAction::FinishParagraphs(const Paragraphs& paragraphs) {
   for (const PDSElement paragraph : paragraphs.elements) {
     PDSElementSetType(paragraph, ASAtomFromString("P"));
-    grouped_.insert(Bits(paragraph));
+    grouped_.insert(BitsOf(paragraph));
   }
-}
-
-// The elements of one parent are handled in their order, so the search goes on where the last one ended.
-int FixGroupTagsAction::IndexIn(PDSElement parent, PDSElement element) {
-  int& from = handledUpTo_[Bits(parent)];
-  const ASInt32 count = PDSElementGetNumKids(parent);
-  for (ASInt32 index = from; index < count; ++index) {
-    CosObj kid = CosNewNull();
-    PDSElementGetKid(parent, index, &kid, nullptr, nullptr);
-    if (CosObjEqual(kid, element) != 0) return from = index;
-  }
-  return GetKidIndex(parent, element);
 }
 
 void FixGroupTagsAction::UnmapPrivateTypes() {

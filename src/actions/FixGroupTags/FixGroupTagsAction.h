@@ -2,11 +2,12 @@
 
 #include <cstdint>
 #include <map>
-#include <unordered_map>
 #include <unordered_set>
 #include <vector>
 
+#include "src/actions/FixGroupTags/NeighbourSearch.h"
 #include "src/actions/PDFAction.h"
+#include "src/common/KidFinder.h"
 #include "src/common/TagStructureVisitor.h"
 
 namespace tgx {
@@ -53,14 +54,13 @@ class FixGroupTagsAction : public PDFAction, public TagStructureVisitorBase {
   Paragraphs TakeParagraphs(PDSElement element);
   PDSElement NewElementOver(const Paragraphs& paragraphs, const char* type);
   void FinishParagraphs(const Paragraphs& paragraphs);
-  int IndexIn(PDSElement parent, PDSElement element);
   void UnmapPrivateTypes();
 
   std::map<ASAtom, GroupKind> roles_;
   std::vector<Work> work_;  // in walk order
   std::unordered_set<std::uint64_t> grouped_;
-  // By parent: no element that is still to be handled stands before this place.
-  std::unordered_map<std::uint64_t, int> handledUpTo_;
+  KidFinder places_;
+  NeighbourSearch neighbours_{places_};
 };
 
 }  // namespace tgx

@@ -4,6 +4,7 @@
 #include <map>
 
 #include "src/common/ContentCommands.h"
+#include "src/common/KidFinder.h"
 #include "src/common/StructureUtils.h"
 #include "src/common/TagStructureWalker.h"
 
@@ -27,26 +28,20 @@ void RemoveFromParent(PDSElement element) {
   if (!IsNull(parent)) PDSElementRemoveKid(parent, element);
 }
 
-// The structure elements between the markers, if both are kids of one parent. Kids of other types cannot be moved and are
-// passed over.
-std::vector<PDSElement> ElementsBetween(const Frame& frame) {
+// The structure elements between the markers, if both are kids of one parent, the start before the end. Kids of other types
+// cannot be moved and are passed over.
+std::vector<PDSElement> ElementsBetween(const Frame& frame, KidFinder& places) {
   std::vector<PDSElement> elements;
   const PDSElement parent = GetParent(frame.start);
   if (!AreEqual(parent, GetParent(frame.end))) return elements;
-  bool started = false;
-  const ASInt32 count = PDSElementGetNumKids(parent);
-  for (ASInt32 index = 0; index < count; ++index) {
+  const int start = places.IndexOf(parent, frame.start);
+  const int end = places.IndexOf(parent, frame.end);
+  if (start < 0) return elements;
+  for (int index = start + 1; index < end; ++index) {
     CosObj kid = CosNewNull();
     const ASAtom type = PDSElementGetKid(parent, index, &kid, nullptr, nullptr);
-    if (AreEqual(kid, frame.end)) return elements;
-    if (AreEqual(kid, frame.start)) {
-      started = true;
-    } else if (started && type == ASAtomFromString("StructElem")) {
-      elements.push_back(kid);
-    }
+    if (type == ASAtomFromString("StructElem")) elements.push_back(kid);
   }
-  // The end stood before the start.
-  elements.clear();
   return elements;
 }
 
@@ -84,14 +79,14 @@ std::vector<PDSElement> ExpandStories(const std::vector<PDSElement>& elements) {
 }
 
 // Moves what stands between the markers to the anchor; markers and anchor go.
-void PlaceFrame(PDSElement anchor, const Frame& frame) {
-  std::vector<PDSElement> elements = ElementsBetween(frame);
+void PlaceFrame(PDSElement anchor, const Frame& frame, KidFinder& places) {
+  std::vector<PDSElement> elements = ElementsBetween(frame, places);
   for (const PDSElement element : elements) RemoveFromParent(element);
   RemoveFromParent(frame.start);
   RemoveFromParent(frame.end);
   elements = ExpandStories(elements);
   const PDSElement parent = GetParent(anchor);
-  const int index = GetKidIndex(parent, anchor);
+  const int index = places.IndexOf(parent, anchor);
   if (index < 0) return;
   // Each goes directly behind the anchor, so the last comes first.
   std::reverse(elements.begin(), elements.end());
@@ -164,13 +159,14 @@ void ActionRAFv2::PlaceFrames() {
     if (record.kind == Kind::kFrameStart) frames[record.identifier].start = record.element;
     if (record.kind == Kind::kFrameEnd) frames[record.identifier].end = record.element;
   }
+  KidFinder places;
   const auto stands = [](PDSElement element) { return !IsNull(GetParent(element)); };
   for (const MarkRecord& record : records_) {
     if (record.kind != Kind::kAnchor || !stands(record.element)) continue;
     const auto frame = frames.find(record.identifier);
     // An earlier anchor of the same identifier may have taken the markers.
     if (frame == frames.end() || !stands(frame->second.start) || !stands(frame->second.end)) continue;
-    PlaceFrame(record.element, frame->second);
+    PlaceFrame(record.element, frame->second, places);
   }
 }
 

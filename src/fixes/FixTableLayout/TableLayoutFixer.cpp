@@ -1,7 +1,5 @@
 #include "src/fixes/FixTableLayout/TableLayoutFixer.h"
 
-#include "src/common/StructureUtils.h"
-
 namespace tgx {
 
 TableLayoutFixer::TableLayoutFixer() : RoleDispatchFixer({"fixes/FixTableLayout/TableLayoutFixer", 32}) {
@@ -43,7 +41,7 @@ void TableLayoutFixer::Relocate() {
   PDSElement table = tables_.back();
   PDSElement parent;
   PDSElementGetParent(table, &parent, nullptr);
-  const ASInt32 index = GetKidIndex(parent, table);
+  const int index = places_.IndexOf(parent, table);
   if (index < 0) return;
   PDSElementRemoveKid(parent, table);
   while (!otherElements_.empty()) {

@@ -2,6 +2,7 @@
 
 #include <deque>
 
+#include "src/common/KidFinder.h"
 #include "src/fixes/RoleDispatchFixer.h"
 
 namespace tgx {
@@ -41,6 +42,7 @@ class TableLayoutFixer : public RoleDispatchFixer {
   std::deque<PDSElement> rows_;
   std::deque<PDSElement> dataCells_;
   std::deque<PDSElement> otherElements_;
+  KidFinder places_;
 };
 
 }  // namespace tgx

@@ -3,6 +3,7 @@
 #include <vector>
 
 #include "src/api/HostBinding.h"
+#include "src/common/RoleCache.h"
 
 namespace tgx {
 
@@ -28,9 +29,9 @@ class CExtraPTagRemover {
   };
 
   bool ReplaceParagraphs();
-  bool IsOfRole(PDSElement element, const char* role) const;
 
   PDDoc document_ = nullptr;
+  RoleCache roles_;
   std::vector<Replacement> replacements_;
 };
 

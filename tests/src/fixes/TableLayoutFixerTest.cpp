@@ -1,5 +1,6 @@
 #include <gtest/gtest.h>
 
+#include "tests/support/Hosts.h"
 #include "tests/support/OpenDocument.h"
 #include "tests/support/TestDocument.h"
 #include "tests/support/TreeText.h"
@@ -100,6 +101,21 @@ TEST(TableLayout, EndsWithTheHostsRaiseWhereAnElementWouldBecomeItsOwnAncestor) 
   EXPECT_NE(outcome.text, "");
   test::ExpectSound(open.Save());
 }
+
+std::size_t CallsFor(int tables) {
+  TestDocument document;
+  document.AddPage();
+  std::vector<Element> kids;
+  for (int i = 0; i < tables; ++i) kids.push_back(Cell({Element("P")}));
+  document.Tree({Doc(kids)});
+  OpenDocument open(document.Write());
+  const test::RaisingHost host(test::EmbeddedTables(), 0);
+  const test::HostSession session(host.Tables());
+  EXPECT_EQ(open.Fixups(kTableLayout), test::kSuccess);
+  return host.Calls();
+}
+
+TEST(TableLayout, AsksTheHostInProportionToTheTables) { EXPECT_LT(CallsFor(400), 5 * CallsFor(100)); }
 
 TEST(TableLayout, FailsWithoutATextForADocumentWithoutAStructureTree) {
   TestDocument document;

@@ -1,5 +1,6 @@
 #include <gtest/gtest.h>
 
+#include <functional>
 #include <string>
 #include <utility>
 #include <vector>
@@ -261,12 +262,102 @@ TEST_F(FixGroupTagsActionTest, FailsForACaptionWhoseListStandsInItsSecondParagra
   EXPECT_NE(outcome.text, "");
 }
 
-std::size_t CallsFor(int groups) {
+// Searches remember what earlier ones passed over; the following tell cases in which that must not show.
+
+TEST_F(FixGroupTagsActionTest, GivesAllCaptionsBeforeATableToIt) {
+  doc.Tree({Element("Document")({Named("GT_CaptionTableAtTop", "1"), Element("H2"), Named("GT_CaptionTableAtTop", "2"),
+                                 Element("H3"), Element("Table")({Element("TR")})})});
+  EXPECT_EQ(TreeAfter(),
+            "Document\n"
+            "  H2\n"
+            "  H3\n"
+            "  Table\n"
+            "    Caption\n"
+            "      P title=\"2\"\n"
+            "    Caption\n"
+            "      P title=\"1\"\n"
+            "    TR\n");
+}
+
+TEST_F(FixGroupTagsActionTest, GivesAllCaptionsBehindATableToIt) {
+  doc.Tree(
+      {Element("Document")({Element("Table")({Element("TR")}), Named("GT_CaptionTableAtBottom", "1"), Element("H2"),
+                            Named("GT_CaptionTableAtBottom", "2"), Element("H3"), Named("GT_CaptionTableAtBottom", "3")})});
+  EXPECT_EQ(TreeAfter(),
+            "Document\n"
+            "  Table\n"
+            "    TR\n"
+            "    Caption\n"
+            "      P title=\"1\"\n"
+            "    Caption\n"
+            "      P title=\"2\"\n"
+            "    Caption\n"
+            "      P title=\"3\"\n"
+            "  H2\n"
+            "  H3\n");
+}
+
+TEST_F(FixGroupTagsActionTest, FindsTheNearestOfSeveralTargetsForEachCaption) {
+  doc.Tree({Element("Document")({Named("GT_CaptionListAtTop", "1"), Element("P"), Named("L", "1"), Element("P"),
+                                 Named("GT_CaptionListAtTop", "2"), Element("P"), Element("Sect")({Named("L", "2")}),
+                                 Named("GT_CaptionListAtTop", "3")})});
+  EXPECT_EQ(TreeAfter(),
+            "Document\n"
+            "  P\n"
+            "  L title=\"1\"\n"
+            "    Caption\n"
+            "      P title=\"1\"\n"
+            "  P\n"
+            "  P\n"
+            "  Sect\n"
+            "    L title=\"2\"\n"
+            "      Caption\n"
+            "        P title=\"2\"\n"
+            "  GT_CaptionListAtTop title=\"3\"\n");
+}
+
+TEST_F(FixGroupTagsActionTest, SearchesBehindContentForWhatStandsBehindIt) {
+  doc.Tree({Element("Document")
+                .Add(Named("GT_CaptionListAtTop", "1"))
+                .Text(page, "text")
+                .Add(Named("GT_CaptionListAtTop", "2"))
+                .Add(Element("L"))});
+  EXPECT_EQ(TreeAfter(),
+            "Document\n"
+            "  GT_CaptionListAtTop title=\"1\"\n"
+            "  mcid 0 page 1\n"
+            "  L\n"
+            "    Caption\n"
+            "      P title=\"2\"\n");
+}
+
+TEST_F(FixGroupTagsActionTest, FindsATableThatCameInWithACaption) {
+  doc.Tree({Element("Document")({Named("GT_CaptionTableAtTop", "1"), Element("P"),
+                                 Named("GT_CaptionListAtTop", "2")({Named("Table", "moved")}), Element("P"),
+                                 Named("GT_CaptionTableAtTop", "3"), Element("P"), Element("Sect")({Element("L")})})});
+  EXPECT_EQ(TreeAfter(),
+            "Document\n"
+            "  P\n"
+            "  P\n"
+            "  P\n"
+            "  Sect\n"
+            "    L\n"
+            "      Caption\n"
+            "        P title=\"2\"\n"
+            "          Table title=\"moved\"\n"
+            "            Caption\n"
+            "              P title=\"3\"\n"
+            "            Caption\n"
+            "              P title=\"1\"\n");
+}
+
+// Of a document in which `part` comes that often below one parent, between two paragraphs each time.
+std::size_t CallsFor(int count, const std::function<Element()>& part, const Element& last) {
   TestDocument doc;
   doc.AddPage();
   Element document("Document");
-  for (int group = 0; group < groups; ++group) document.Add(Element("GT_Index")).Add(Element("P"));
-  doc.Tree({document});
+  for (int i = 0; i < count; ++i) document.Add(part()).Add(Element("P"));
+  doc.Tree({document.Add(last)});
   OpenDocument open(doc.Write());
   const test::RaisingHost host(test::EmbeddedTables(), 0);
   const test::HostSession session(host.Tables());
@@ -274,7 +365,29 @@ std::size_t CallsFor(int groups) {
   return host.Calls();
 }
 
-TEST_F(FixGroupTagsActionTest, AsksTheHostInProportionToTheGroups) { EXPECT_LT(CallsFor(400), 5 * CallsFor(100)); }
+void ExpectCallsInProportion(const std::function<Element()>& part, const Element& last = Element("P")) {
+  EXPECT_LT(CallsFor(400, part, last), 5 * CallsFor(100, part, last));
+}
+
+TEST_F(FixGroupTagsActionTest, AsksTheHostInProportionToTheGroups) {
+  ExpectCallsInProportion([] { return Element("GT_Index"); });
+}
+
+TEST_F(FixGroupTagsActionTest, AsksTheHostInProportionToTheCaptionsWithoutATarget) {
+  for (const char* type : {"GT_CaptionListAtTop", "GT_CaptionTableAtTop", "GT_CaptionTableAtBottom"}) {
+    ExpectCallsInProportion([type] { return Element(type); });
+  }
+}
+
+TEST_F(FixGroupTagsActionTest, AsksTheHostInProportionToTheCaptionsOfOneTarget) {
+  Element sect("Sect");
+  for (int i = 0; i < 100; ++i) sect.Add(Element("P"));
+  ExpectCallsInProportion([] { return Element("GT_CaptionTableAtTop"); }, sect.Add(Element("Table")));
+}
+
+TEST_F(FixGroupTagsActionTest, AsksTheHostInProportionToTheCaptionsThatStandAlone) {
+  ExpectCallsInProportion([] { return Element("Div")({Element("GT_CaptionTableAtBottom")}); });
+}
 
 TEST_F(FixGroupTagsActionTest, LeavesNoTraceOfHostFailures) {
   doc.Tree({Element("Document")({Element("GT_Index").Text(page, "a"), Element("GT_Index"), Element("GT_CaptionListAtTop"),

@@ -263,6 +263,57 @@ TEST_F(ActionRAFv2Test, MovesAFrameOfManyElementsInProportionToThem) {
   EXPECT_LT(callsFor(400), 5 * callsFor(100));
 }
 
+// Anchors side by side below one parent, their frames in one holder in the order given by `ascending`.
+std::size_t CallsForFrames(int count, bool ascending) {
+  TestDocument doc;
+  doc.AddPage();
+  Element anchors("Sect");
+  Element frames("Sect");
+  const auto name = [](int i) {
+    const std::string digits = std::to_string(i);
+    return std::u16string(digits.begin(), digits.end());
+  };
+  for (int i = 0; i < count; ++i) {
+    const std::u16string frame = name(ascending ? i : count - 1 - i);
+    anchors.Add(Anchor(name(i)));
+    frames.Add(Start(frame)).Add(Element("P")).Add(End(frame));
+  }
+  doc.Tree({Element("Document")({anchors, frames})});
+  OpenDocument open(doc.Write());
+  const test::RaisingHost host(test::EmbeddedTables(), 0);
+  const test::HostSession session(host.Tables());
+  EXPECT_EQ(open.Action(kReshuffleFrames), kSuccess);
+  return host.Calls();
+}
+
+TEST_F(ActionRAFv2Test, PlacesManyFramesInProportionToThem) {
+  EXPECT_LT(CallsForFrames(400, true), 5 * CallsForFrames(100, true));
+  EXPECT_LT(CallsForFrames(400, false), 5 * CallsForFrames(100, false));
+}
+
+TEST_F(ActionRAFv2Test, FailsForAnAnchorDeepInItsOwnFrame) {
+  doc.Tree({Element("Document")({Start(), Element("Sect")({Element("P")({Anchor()})}), End()})});
+  OpenDocument open(doc.Write());
+  const test::Outcome outcome = open.Action(kReshuffleFrames);
+  EXPECT_EQ(outcome.result, TGX_FAILED) << "the frame would become its own ancestor";
+  EXPECT_NE(outcome.text, "");
+  test::ExpectSound(open.Save());
+}
+
+TEST_F(ActionRAFv2Test, KeepsTheFrameTogetherWhereMarkersOfAnotherStandInIt) {
+  doc.Tree({Element("Document")(
+      {Element("P")({Anchor(u"a")}), Element("Div")({Anchor(u"b")}),
+       Element("Sect")({Start(u"a"), Element("H2"), Start(u"b"), Element("H3"), End(u"a"), Element("H4"), End(u"b")})})});
+  EXPECT_EQ(TreeAfter(),
+            "Document\n"
+            "  P\n"
+            "    H2\n"
+            "    H3\n"
+            "  Div\n"
+            "  Sect\n"
+            "    H4\n");
+}
+
 TEST_F(ActionRAFv2Test, LeavesNoTraceOfHostFailures) {
   page.Add(Image(1, 1));
   doc.Tree({Element("Document")({Element("P").Text(page, "text").Add(Anchor()),
