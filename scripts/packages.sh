@@ -18,7 +18,7 @@ need_packages() {
   "${root[@]}" env DEBIAN_FRONTEND=noninteractive apt-get install -y -qq --no-install-recommends "${missing[@]}" >/dev/null
 }
 
-build_packages=(g++ cmake ninja-build pkg-config libqpdf-dev libtinyxml2-dev zlib1g-dev libfreetype-dev libcli11-dev nlohmann-json3-dev)
+build_packages=(g++ cmake ninja-build pkg-config libqpdf-dev libtinyxml2-dev zlib1g-dev libfreetype-dev libcli11-dev nlohmann-json3-dev libjemalloc-dev)
 test_packages=(libgtest-dev libgmock-dev qpdf poppler-utils poppler-data mupdf-tools)
 lint_packages=(clang-format-14 clang-tidy-14)
 fuzz_packages=(clang-14 libclang-rt-14-dev)
