@@ -4,6 +4,7 @@
 #include "tool/Messages.h"
 #include "tool/Progress.h"
 #include "tool/Report.h"
+#include "tool/StepFiles.h"
 
 namespace tgx::tool {
 namespace {
@@ -12,9 +13,7 @@ namespace {
 std::vector<StepCall> CheckedSteps(const RunOptions& options) {
   std::vector<StepCall> steps = ParseSteps(options.steps);
   RequireReadable(options.input);
-  for (const StepCall& step : steps) {
-    if (!step.path.empty()) RequireReadable(step.path);
-  }
+  for (const StepCall& step : steps) RequireUsableFile(step);
   RequireWritable(options.input, options.output, options.force);
   return steps;
 }

@@ -1,0 +1,65 @@
+#include "tool/StepFiles.h"
+
+#include <cstring>
+#include <fstream>
+#include <vector>
+
+#include "tool/Files.h"
+#include "tool/Messages.h"
+
+namespace tgx::tool {
+namespace {
+
+constexpr std::uint32_t kLayoutTables = 9;
+/// The library reads a description of tables up to the first line that is longer.
+constexpr std::uint64_t kLongestLine = 1023;
+
+/// Takes the pieces of a file and finds lines that are too long.
+class LineLengths {
+ public:
+  explicit LineLengths(const std::string& path) : path_(path) {}
+
+  void Add(const char* bytes, std::size_t count) {
+    while (const auto* end = static_cast<const char*>(std::memchr(bytes, '\n', count))) {
+      const auto piece = static_cast<std::size_t>(end - bytes);
+      AddPiece(piece);
+      length_ = 0;
+      ++line_;
+      bytes = end + 1;
+      count -= piece + 1;
+    }
+    AddPiece(count);
+  }
+
+ private:
+  void AddPiece(std::size_t count) {
+    length_ += count;
+    if (length_ <= kLongestLine) return;
+    throw Failure(path_, "line " + std::to_string(line_) + " is longer than " + std::to_string(kLongestLine) + " bytes");
+  }
+
+  const std::string& path_;
+  std::uint64_t line_ = 1;
+  std::uint64_t length_ = 0;
+};
+
+void RequireShortLines(const std::string& path) {
+  std::ifstream file(path, std::ios::binary);
+  LineLengths lengths(path);
+  std::vector<char> buffer(std::size_t{64} << 10U);
+  while (file) {
+    file.read(buffer.data(), static_cast<std::streamsize>(buffer.size()));
+    lengths.Add(buffer.data(), static_cast<std::size_t>(file.gcount()));
+  }
+  if (!file.eof()) throw Failure(path, "cannot be read");
+}
+
+}  // namespace
+
+void RequireUsableFile(const StepCall& step) {
+  if (step.path.empty()) return;
+  RequireReadable(step.path);
+  if (step.kind == StepKind::kAction && step.number == kLayoutTables) RequireShortLines(step.path);
+}
+
+}  // namespace tgx::tool
