@@ -47,7 +47,6 @@ bool Copy(const Entry& entry, const AcroFormField& source, AcroFormField& target
   std::string text;
   std::int32_t number = 0;
   CosObj object;
-  const CosDoc document = CosObjGetDoc(target.Object());
   switch (entry.crossing) {
     case Crossing::Name:
       if (!source.ReadName(entry.owner, entry.key, text)) return false;
@@ -71,11 +70,11 @@ bool Copy(const Entry& entry, const AcroFormField& source, AcroFormField& target
       return true;
     case Crossing::Dictionary:
       if (!source.ReadObject(entry.owner, entry.key, CosDict, object)) return false;
-      target.WriteObject(entry.owner, entry.key, CopyOfDictionary(object, document));
+      target.WriteObject(entry.owner, entry.key, CopyOfDictionary(object, CosObjGetDoc(target.Object())));
       return true;
     case Crossing::Array:
       if (!source.ReadObject(entry.owner, entry.key, CosArray, object)) return false;
-      target.WriteObject(entry.owner, entry.key, CopyOfArray(object, document));
+      target.WriteObject(entry.owner, entry.key, CopyOfArray(object, CosObjGetDoc(target.Object())));
       return true;
   }
   return false;

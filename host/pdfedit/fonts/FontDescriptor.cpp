@@ -49,8 +49,9 @@ FontExtent ReadFontExtent(QPDFObjectHandle descriptor, const std::optional<Stand
   if (standardFont) extent = {standardFont->Ascent(), standardFont->Descent()};
   if (!descriptor.isDictionary()) return extent;
   if (const std::optional<FontBox> box = ReadFontBox(descriptor.getKey("/FontBBox"))) {
-    if (box->top > 0 && IsPlausible(box->top / 1000)) extent.ascent = box->top / 1000;
-    if (box->bottom < 0 && IsPlausible(box->bottom / 1000)) extent.descent = box->bottom / 1000;
+    // The box is around every glyph of the font, accents upon accents, and so higher than its lines of text.
+    if (box->top > 0 && IsPlausible(box->top / 1000)) extent.ascent = std::min(box->top / 1000, kUsualAscent);
+    if (box->bottom < 0 && IsPlausible(box->bottom / 1000)) extent.descent = std::max(box->bottom / 1000, kUsualDescent);
   }
   // Both are written with the wrong sign now and then.
   if (const std::optional<double> ascent = Reach(descriptor, "/Ascent")) extent.ascent = std::abs(*ascent);

@@ -14,8 +14,8 @@ struct FontExtent {
   double descent;
 };
 
-/// The extent from a font descriptor (or null): "Ascent" and "Descent" where they make sense, else "FontBBox", else that of
-/// the standard font, else a usual one. Never empty, never larger than two ems.
+/// The extent from a font descriptor (or null): "Ascent" and "Descent" where they make sense, else "FontBBox" up to a usual
+/// extent, else that of the standard font, else a usual one. Never empty, never larger than two ems.
 FontExtent ReadFontExtent(QPDFObjectHandle descriptor, const std::optional<StandardFont>& standardFont);
 
 /// Whether a rectangle is an array of four numbers, and then these, lower left first.

@@ -16,18 +16,18 @@ constexpr float kHighlightOpacity = 0.3F;
 bool IsZero(const ASFixedRect& rect) { return rect.left == 0 && rect.top == 0 && rect.right == 0 && rect.bottom == 0; }
 
 /// The box over the marked content among the kids of an element. The top shrinks to the lowest of the boxes' tops, as the
-/// bottom does: readers of the annotation rely on the area as it is.
+/// bottom does, and content that paints nothing counts with its box at the origin once a box has been met: readers of the
+/// annotation rely on the area as it is.
 ASFixedRect BoxOfKids(const PDSElement& element) {
   ASFixedRect box = {};
   const ASAtom markedContent = ASAtomFromString("MC");
   const ASInt32 count = PDSElementGetNumKids(element);
   for (ASInt32 i = 0; i < count; ++i) {
-    CosObj kid;
+    CosObj kid = CosNewNull();
     void* pointer = nullptr;
     if (PDSElementGetKid(element, i, &kid, &pointer, nullptr) != markedContent || pointer == nullptr) continue;
     ASFixedRect own = {};
     PDEElementGetBBox(static_cast<PDEElement>(pointer), &own);
-    if (IsZero(own)) continue;
     if (IsZero(box)) {
       box = own;
       continue;
@@ -44,8 +44,8 @@ ASFixedRect BoxOfKids(const PDSElement& element) {
 CosObj PageOfKids(const PDSElement& element) {
   const ASInt32 count = PDSElementGetNumKids(element);
   for (ASInt32 i = 0; i < count; ++i) {
-    CosObj kid;
-    CosObj page;
+    CosObj kid = CosNewNull();
+    CosObj page = CosNewNull();
     PDSElementGetKid(element, i, &kid, nullptr, &page);
     if (CosObjGetType(page) != CosNull) return page;
   }
@@ -53,7 +53,7 @@ CosObj PageOfKids(const PDSElement& element) {
 }
 
 PDSElement NewElement(PDDoc document, const char* type) {
-  PDSElement element;
+  PDSElement element = CosNewNull();
   PDSElementCreate(document, &element);
   PDSElementSetType(element, ASAtomFromString(type));
   return element;
@@ -76,7 +76,7 @@ bool ExtractMathMLAction::Run() {
   holder_ = CosNewNull();
   TagStructureWalker walker;
   walker.AddVisitor(this);
-  PDSTreeRoot root;
+  PDSTreeRoot root = CosNewNull();
   walker.Walk(*AcquireStructTreeRoot(&root));
   for (auto& [id, entry] : formulas_) {
     if (!TagStructureWalker::IsNull(entry.start) && !TagStructureWalker::IsNull(entry.end)) BuildFormula(entry);

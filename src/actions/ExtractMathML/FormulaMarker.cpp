@@ -2,7 +2,10 @@
 
 #include <algorithm>
 #include <array>
-#include <cstdlib>
+#include <charconv>
+#include <cstdint>
+#include <limits>
+#include <system_error>
 
 #include "src/common/SplitString.h"
 
@@ -14,9 +17,10 @@ constexpr std::array<std::uint8_t, 6> kHolderSentinel = {0x0C, 0xF1, 0x23, 0x18,
 
 /// The number that the leading digits give, 0 without one; a number too large counts as the largest.
 int LeadingNumber(const std::string& text) {
-  constexpr long long kLargest = 0x7FFFFFFF;
-  const long long number = std::strtoll(text.c_str(), nullptr, 10);
-  return static_cast<int>(std::clamp(number, -kLargest, kLargest));
+  constexpr auto kLargest = static_cast<std::uint32_t>(std::numeric_limits<int>::max());
+  std::uint32_t number = 0;
+  const auto read = std::from_chars(text.data(), text.data() + text.size(), number);
+  return static_cast<int>(read.ec == std::errc::result_out_of_range ? kLargest : std::min(number, kLargest));
 }
 
 }  // namespace

@@ -109,7 +109,7 @@ void FootnoteRefFix::CollectContent() {
 
 void FootnoteRefFix::FindParts() {
   phase_ = Phase::FindParts;
-  PDSTreeRoot root;
+  PDSTreeRoot root = CosNewNull();
   if (PDDocGetStructTreeRoot(GetDocument(), &root) == 0) return;
   TagStructureWalker walker;
   walker.AddVisitor(this);
@@ -171,9 +171,7 @@ void FootnoteRefFix::VisitMarkedContent(CosObj&, int mcid, CosObj page) {
     currentPart_->marks.push_back({page, mcid, {}});
   }
   if (frameState_ != FrameState::Inside || openFrames_.empty()) return;
-  const auto& marks = allMarks_.Of(page, mcid);
-  auto& frame = openFrames_.back().marks;
-  frame.insert(frame.end(), marks.begin(), marks.end());
+  if (const auto mark = allMarks_.Around(page, mcid)) openFrames_.back().marks.push_back(*mark);
 }
 
 void FootnoteRefFix::ComputeFrameRects() {

@@ -20,16 +20,23 @@ ASFixedRect BoundingRect(const std::vector<McMark>& marks) {
   return rect;
 }
 
-const std::vector<McMark>& MarkedContentBoxes::Of(CosObj page, std::int32_t mcid) const {
-  static const std::vector<McMark> kNone;
-  const auto known = marks_.find(Key(page, mcid));
-  return known == marks_.end() ? kNone : known->second;
+void MarkedContentBoxes::Add(const McMark& piece) {
+  const auto [known, isNew] = boxes_.try_emplace(Key(piece.page, piece.mcid), Boxes{piece.rect, piece.rect});
+  if (isNew) return;
+  known->second.last = piece.rect;
+  Widen(known->second.around, piece.rect);
+}
+
+std::optional<McMark> MarkedContentBoxes::Around(CosObj page, std::int32_t mcid) const {
+  const auto known = boxes_.find(Key(page, mcid));
+  if (known == boxes_.end()) return std::nullopt;
+  return McMark{page, mcid, known->second.around};
 }
 
 void MarkedContentBoxes::Fill(std::vector<McMark>& marks) const {
   for (McMark& mark : marks) {
-    const auto& pieces = Of(mark.page, mark.mcid);
-    if (!pieces.empty()) mark.rect = pieces.back().rect;
+    const auto known = boxes_.find(Key(mark.page, mark.mcid));
+    if (known != boxes_.end()) mark.rect = known->second.last;
   }
 }
 

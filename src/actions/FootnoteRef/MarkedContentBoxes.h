@@ -2,6 +2,7 @@
 
 #include <cstdint>
 #include <map>
+#include <optional>
 #include <tuple>
 #include <vector>
 
@@ -24,24 +25,28 @@ void Widen(ASFixedRect& rect, const ASFixedRect& by);
 /// The box around the marks on the page of the first one; kEmptyRect without marks.
 ASFixedRect BoundingRect(const std::vector<McMark>& marks);
 
-/// Every piece of marked content of a document, found by page and MCID.
+/// Where the marked content of a document lies, by page and MCID. An MCID can have several pieces.
 class MarkedContentBoxes {
  public:
-  void Clear() { marks_.clear(); }
-  void Add(const McMark& mark) { marks_[Key(mark.page, mark.mcid)].push_back(mark); }
+  void Clear() { boxes_.clear(); }
+  /// Adds a piece, in the order in which the page paints them.
+  void Add(const McMark& piece);
 
-  /// The marks of an MCID on a page, in the order in which the page paints them.
-  const std::vector<McMark>& Of(CosObj page, std::int32_t mcid) const;
+  /// A mark over all pieces of an MCID on a page; none without content.
+  std::optional<McMark> Around(CosObj page, std::int32_t mcid) const;
 
-  /// Gives each mark the box of its content; of several pieces with one MCID the last counts. Marks without content keep
-  /// theirs.
+  /// Gives each mark the box of its content; of several pieces the last counts. Marks without content keep theirs.
   void Fill(std::vector<McMark>& marks) const;
 
  private:
+  struct Boxes {
+    ASFixedRect last;
+    ASFixedRect around;
+  };
   using PageAndMcid = std::tuple<ASUns32, ASUns32, std::int32_t>;
   static PageAndMcid Key(CosObj page, std::int32_t mcid) { return {page.a, page.b, mcid}; }
 
-  std::map<PageAndMcid, std::vector<McMark>> marks_;
+  std::map<PageAndMcid, Boxes> boxes_;
 };
 
 }  // namespace tgx

@@ -16,26 +16,18 @@ bool CLangTagMapper::Run(PDDoc document) {
   if (document == nullptr) return false;
   document_ = document;
   return InExceptionFrame([this] {
-    return ForEachTopLevelElement(document_, kSourceFile, 230, [this](PDSElement& element) {
-      VisitElement(element);
-      Walk(element);
-    });
+    return ForEachTopLevelElement(document_, kSourceFile, 230, [this](PDSElement& element) { Enter(element); });
   });
 }
 
-void CLangTagMapper::Walk(PDSElement element) {
-  const ASInt32 count = PDSElementGetNumKids(element);
-  for (ASInt32 i = 0; i < count; ++i) {
-    CosObj kid;
-    PDSMCInfo mcInfo;
-    const ASAtom kind = PDSElementGetKidWithMCInfo(element, i, &kid, &mcInfo, nullptr, nullptr);
-    if (kind == ASAtomFromString("StructElem")) {
-      VisitElement(kid);
-      Walk(kid);
-    } else if (kind == ASAtomFromString("MC")) {
-      VisitMarkedContent(element, mcInfo);
-    }
-  }
+// As deep as the structure, which the host bounds.
+void CLangTagMapper::Enter(PDSElement element) {  // NOLINT(misc-no-recursion)
+  VisitElement(element);
+  const auto onOther = [&](const CosObj&, ASAtom kind, const PDSMCInfo& mcInfo) {
+    if (kind == ASAtomFromString("MC")) VisitMarkedContent(element, mcInfo);
+  };
+  ForEachKid(
+      element, [this](PDSElement& kid) { Enter(kid); }, onOther);  // NOLINT(misc-no-recursion)
 }
 
 void CLangTagMapper::VisitElement(PDSElement& element) {

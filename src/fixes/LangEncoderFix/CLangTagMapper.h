@@ -28,7 +28,7 @@ class CLangTagMapper {
   virtual void VisitMarkedContent(PDSElement& element, const PDSMCInfo& mcInfo);
 
  private:
-  void Walk(PDSElement element);
+  void Enter(PDSElement element);
 
   PDDoc document_ = nullptr;
   std::int32_t mode_ = kToTags;

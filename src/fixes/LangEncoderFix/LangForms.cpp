@@ -21,7 +21,20 @@ std::size_t Count(const std::string& bytes, std::string_view pattern) {
   return count;
 }
 
-/// Removes the patterns in turn, again and again until a pass removes nothing.
+/// What is left without brackets, also without those that only come about where others were. No bracket overlaps another, so
+/// one pass with a look back finds them all, in whatever order they would be taken.
+std::string WithoutBrackets(const std::string& bytes) {
+  std::string left;
+  for (const char byte : bytes) {
+    left += byte;
+    for (const std::string_view bracket : {kOpenBracket, kCloseBracket}) {
+      if (left.ends_with(bracket)) left.resize(left.size() - bracket.size());
+    }
+  }
+  return left;
+}
+
+/// Removes the patterns in turn, again and again until a pass removes nothing. Here the order matters.
 template <typename... Patterns>
 void RemoveAll(std::string& bytes, Patterns... patterns) {
   const auto removeOne = [&bytes](std::string_view pattern) {
@@ -50,11 +63,10 @@ bool IsBracketForm(const std::string& bytes) {
   return !IsTagForm(bytes) && Count(bytes, kOpenBracket) == 1 && Count(bytes, kCloseBracket) == 1;
 }
 
-std::string BracketToTagForm(std::string bytes) {
-  RemoveAll(bytes, kOpenBracket, kCloseBracket);
+std::string BracketToTagForm(const std::string& bytes) {
   std::string tag(kByteOrderMark);
   tag += kOpenMark;
-  for (const char character : bytes) {
+  for (const char character : WithoutBrackets(bytes)) {
     tag += kCharacterPrefix;
     tag += character;
   }

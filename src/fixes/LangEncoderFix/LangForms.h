@@ -15,7 +15,7 @@ bool IsBracketForm(const std::string& bytes);
 bool IsTagForm(const std::string& bytes);
 
 /// The tag form of what is left of a bracket form without its brackets.
-std::string BracketToTagForm(std::string bytes);
+std::string BracketToTagForm(const std::string& bytes);
 /// The bracket form of what is left of a tag form without its marks.
 std::string TagToBracketForm(std::string bytes);
 

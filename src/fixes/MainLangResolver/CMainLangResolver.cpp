@@ -1,6 +1,8 @@
 #include "src/fixes/MainLangResolver/CMainLangResolver.h"
 
 #include <algorithm>
+#include <limits>
+#include <utility>
 
 #include "src/api/HostException.h"
 #include "src/common/ContentUtils.h"
@@ -13,6 +15,11 @@ namespace {
 
 constexpr char kSourceFile[] = "fixes/MainLangResolver/MainLangResolver";
 
+/// Content that stands in the tree again and again could take a sum past its end.
+void Add(std::int32_t count, std::int32_t& sum) {
+  sum = count > std::numeric_limits<std::int32_t>::max() - sum ? std::numeric_limits<std::int32_t>::max() : sum + count;
+}
+
 }  // namespace
 
 bool CMainLangResolver::SignedByteOrder::operator()(const Language& a, const Language& b) const {
@@ -24,34 +31,24 @@ bool CMainLangResolver::Run(PDDoc document) {
   if (document == nullptr) return false;
   document_ = document;
   return InExceptionFrame([this] {
-    const bool hasTree =
-        ForEachTopLevelElement(document_, kSourceFile, 35, [this](PDSElement& element) { EnterElement(element); });
+    const bool hasTree = ForEachTopLevelElement(document_, kSourceFile, 35, [this](PDSElement& element) { Enter(element); });
     if (hasTree) StoreWinner();
     return hasTree;
   });
 }
 
-void CMainLangResolver::EnterElement(PDSElement element) {
+// As deep as the structure, which the host bounds.
+void CMainLangResolver::Enter(PDSElement element) {  // NOLINT(misc-no-recursion)
   Language language;
   GetLanguage(element, language);
   const bool hasLanguage = !language.empty();
   if (hasLanguage) languages_.push_back(std::move(language));
-  Walk(element);
+  const auto onOther = [&](const CosObj&, ASAtom kind, const PDSMCInfo& mcInfo) {
+    VisitKid(element, ASAtomGetString(kind), mcInfo);
+  };
+  ForEachKid(
+      element, [this](PDSElement& kid) { Enter(kid); }, onOther);  // NOLINT(misc-no-recursion)
   if (hasLanguage && !languages_.empty()) languages_.pop_back();
-}
-
-void CMainLangResolver::Walk(PDSElement element) {
-  const ASInt32 count = PDSElementGetNumKids(element);
-  for (ASInt32 i = 0; i < count; ++i) {
-    CosObj kid;
-    PDSMCInfo mcInfo;
-    const ASAtom kind = PDSElementGetKidWithMCInfo(element, i, &kid, &mcInfo, nullptr, nullptr);
-    if (kind == ASAtomFromString("StructElem")) {
-      EnterElement(kid);
-    } else {
-      VisitKid(element, ASAtomGetString(kind), mcInfo);
-    }
-  }
 }
 
 void CMainLangResolver::VisitKid(PDSElement& element, const std::string& kind, const PDSMCInfo& mcInfo) {
@@ -68,9 +65,15 @@ void CMainLangResolver::VisitMarkedContent(PDSElement&, const PDSMCInfo& mcInfo)
   ByteVector own;
   GetContainerLang(container, own);
   if (!own.empty()) languages_.emplace_back(own.begin(), own.end());
-  const std::int32_t count = CContentTextCounter().Count(container);
-  if (count > 0 && !languages_.empty()) counts_[languages_.back()] += count;
+  const std::int32_t count = CountOf(container);
+  if (count > 0 && !languages_.empty()) Add(count, counts_[languages_.back()]);
   if (!own.empty() && !languages_.empty()) languages_.pop_back();
+}
+
+std::int32_t CMainLangResolver::CountOf(PDEContainer container) {
+  const auto [known, isNew] = countOf_.try_emplace(container, 0);
+  if (isNew) known->second = CContentTextCounter().Count(container);
+  return known->second;
 }
 
 void CMainLangResolver::StoreWinner() {

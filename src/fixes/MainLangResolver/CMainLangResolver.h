@@ -3,6 +3,7 @@
 #include <cstdint>
 #include <map>
 #include <string>
+#include <unordered_map>
 #include <vector>
 
 #include "src/api/HostBinding.h"
@@ -31,14 +32,16 @@ class CMainLangResolver {
     bool operator()(const Language& a, const Language& b) const;
   };
 
-  void EnterElement(PDSElement element);
-  void Walk(PDSElement element);
+  void Enter(PDSElement element);
+  /// What CContentTextCounter says of the container, which it is asked once.
+  std::int32_t CountOf(PDEContainer container);
   void StoreWinner();
 
   PDDoc document_ = nullptr;
   std::vector<Language> languages_;  ///< in scope, the innermost last
   std::map<Language, std::int32_t, SignedByteOrder> counts_;
   ContainerIndex containers_;
+  std::unordered_map<PDEContainer, std::int32_t> countOf_;
 };
 
 }  // namespace tgx

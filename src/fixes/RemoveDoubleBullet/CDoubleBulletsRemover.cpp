@@ -35,10 +35,7 @@ bool CDoubleBulletsRemover::Run(PDDoc document) {
   if (document == nullptr) return false;
   document_ = document;
   return InExceptionFrame([this] {
-    const bool hasTree = ForEachTopLevelElement(document_, kSourceFile, 40, [this](PDSElement& element) {
-      VisitElement(element);
-      Walk(element);
-    });
+    const bool hasTree = ForEachTopLevelElement(document_, kSourceFile, 40, [this](PDSElement& element) { Enter(element); });
     if (!hasTree) return false;
     ReadTexts();
     CompareRecords();
@@ -46,19 +43,14 @@ bool CDoubleBulletsRemover::Run(PDDoc document) {
   });
 }
 
-void CDoubleBulletsRemover::Walk(PDSElement element) {
-  const ASInt32 count = PDSElementGetNumKids(element);
-  for (ASInt32 i = 0; i < count; ++i) {
-    CosObj kid;
-    PDSMCInfo mcInfo;
-    const ASAtom kind = PDSElementGetKidWithMCInfo(element, i, &kid, &mcInfo, nullptr, nullptr);
-    if (kind == ASAtomFromString("StructElem")) {
-      VisitElement(kid);
-      Walk(kid);
-    } else {
-      VisitKid(element, kid, kind, mcInfo);
-    }
-  }
+// As deep as the structure, which the host bounds.
+void CDoubleBulletsRemover::Enter(PDSElement element) {  // NOLINT(misc-no-recursion)
+  VisitElement(element);
+  const auto onOther = [&](const CosObj& kid, ASAtom kind, const PDSMCInfo& mcInfo) {
+    VisitKid(element, kid, kind, mcInfo);
+  };
+  ForEachKid(
+      element, [this](PDSElement& kid) { Enter(kid); }, onOther);  // NOLINT(misc-no-recursion)
 }
 
 void CDoubleBulletsRemover::VisitKid(PDSElement& element, const CosObj& kid, ASAtom kind, const PDSMCInfo& mcInfo) {
@@ -75,12 +67,13 @@ void CDoubleBulletsRemover::VisitKid(PDSElement& element, const CosObj& kid, ASA
   record.container = container;
 }
 
-/// Texts matter only where two records can be a pair, which takes one parent, and where one of them is within reach. Nothing
-/// has been changed since the walk, so they are what they were then.
+/// Texts matter only where two records can be a pair, which takes one parent of two kids, and where one of them is within
+/// reach. Nothing has been changed since the walk, so they are what they were then.
 void CDoubleBulletsRemover::ReadTexts() {
   std::set<std::pair<ASUns32, ASUns32>> parentsWithinReach;
   for (std::size_t i = 0; i < std::min(kReach, records_.size()); ++i) {
     const PDSElement parent = ParentOf(records_[i]->element);
+    if (CosObjGetType(parent) == CosNull || PDSElementGetNumKids(parent) != 2) continue;
     parentsWithinReach.emplace(parent.a, parent.b);
   }
   for (const auto& record : records_) {

@@ -36,7 +36,7 @@ class CDoubleBulletsRemover {
     ByteVector actualText;
   };
 
-  void Walk(PDSElement element);
+  void Enter(PDSElement element);
   void ReadTexts();
   void CompareRecords();
   bool ArePair(const MarkedContentRecord& a, const MarkedContentRecord& b) const;

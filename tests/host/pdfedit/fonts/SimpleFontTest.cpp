@@ -158,6 +158,12 @@ TEST(SimpleFont, AbsurdExtentsAreReplaced) {
   }
 }
 
+TEST(SimpleFont, TheBoxOfAllGlyphsGivesNoMoreThanAUsualExtent) {
+  const auto font = FontOf("<</FontDescriptor <</Ascent 0 /Descent 0 /FontBBox [-769 -446 2104 1109]>>>>");
+  EXPECT_DOUBLE_EQ(font->Ascent(), 0.95);
+  EXPECT_DOUBLE_EQ(font->Descent(), -0.35);
+}
+
 TEST(SimpleFont, EveryFontIsReadSomehow) {
   for (const char* dictionary : {"null", "42", "[]", "<<>>", "<</Widths 1 /Encoding 2 /FontDescriptor 3 /ToUnicode 4>>",
                                  "<</Subtype /Type3 /FontMatrix [(a)] /Widths [[]] /FontBBox [1 2]>>",
