@@ -6,6 +6,7 @@
 #include "src/common/contentvisitors/CContentFinder.h"
 #include "src/common/contentvisitors/CContentTextCounter.h"
 #include "src/common/contentvisitors/CContentTextExtractor.h"
+#include "tests/support/Hosts.h"
 #include "tests/support/OpenDocument.h"
 #include "tests/support/TestDocument.h"
 #include "tests/support/TreeText.h"
@@ -57,6 +58,18 @@ TEST_F(ContentVisitors, CountEntersNestedContainers) {
   EXPECT_EQ(CContentTextCounter().Count(Top(0)), 2);
 }
 
+TEST_F(ContentVisitors, CountPassesOverWhatIsNoText) {
+  Open({Marked("P", Mcid(0), {Text("a"), test::Image(2, 2), test::Ops("0 0 9 9 re f"), Text("b")})});
+  EXPECT_EQ(CContentTextCounter().Count(Top(0)), 1);
+}
+
+TEST_F(ContentVisitors, CountStartsAnewWithEachContainer) {
+  Open({Marked("P", Mcid(0), {Text("a"), Text("b")}), Marked("P", Mcid(1), {Text("c"), Text("d"), Text("e")})});
+  CContentTextCounter counter;
+  EXPECT_EQ(counter.Count(Top(0)), 1);
+  EXPECT_EQ(counter.Count(Top(1)), 2);
+}
+
 TEST_F(ContentVisitors, FindGivesTheFirstContainerOfTheMcidDepthFirst) {
   Open({Marked("P", Mcid(0), {Marked("Span", Mcid(1), {})}), Marked("P", Mcid(1), {})});
   CContentFinder finder;
@@ -76,6 +89,46 @@ TEST_F(ContentVisitors, FindDoesNothingForANegativeMcid) {
   EXPECT_EQ(CContentFinder().Find(open_->Handle(), pdPage_, -1), nullptr);
   EXPECT_EQ(CContentFinder().Find(nullptr, pdPage_, 0), nullptr);
   EXPECT_EQ(CContentFinder().Find(open_->Handle(), nullptr, 0), nullptr);
+}
+
+TEST_F(ContentVisitors, FindOnAPageWithoutContainersGivesNothing) {
+  Open({Text("bare")});
+  EXPECT_EQ(CContentFinder().Find(open_->Handle(), pdPage_, 0), nullptr);
+}
+
+TEST_F(ContentVisitors, FindForgetsWhatItFoundBefore) {
+  Open({Marked("P", Mcid(0), {}), Marked("P", Mcid(1), {})});
+  CContentFinder finder;
+  ASSERT_EQ(finder.Find(open_->Handle(), pdPage_, 1), Top(1));
+  EXPECT_EQ(finder.Find(open_->Handle(), pdPage_, -1), nullptr);
+  EXPECT_FALSE(finder.WasFound());
+}
+
+TEST_F(ContentVisitors, FindKeepsTheContentOfThePageUntilItLetsGoOfNoPage) {
+  Open({Marked("P", Mcid(0), {}), Marked("P", Mcid(1), {})});
+  std::vector<bool> releasedAPage;
+  test::HookedHost host(test::EmbeddedTables(), [&](const test::HostCall& call) {
+    if (call.Is(test::Operation::PDPageReleasePDEContent)) releasedAPage.push_back(call.values[0] != 0);
+  });
+  const test::HostSession hooked(host.Tables());
+  {
+    CContentFinder finder;
+    finder.Find(open_->Handle(), pdPage_, 1);
+    EXPECT_EQ(releasedAPage, std::vector<bool>{});
+    finder.Find(open_->Handle(), pdPage_, 0);
+    EXPECT_EQ(releasedAPage, std::vector<bool>{false});
+  }
+  EXPECT_EQ(releasedAPage, (std::vector<bool>{false, false}));
+}
+
+TEST_F(ContentVisitors, EraseDoesNothingForANegativeMcid) {
+  Open({Marked("P", "", {Text("kept")})});
+  test::RecordingHost host;
+  const test::HostSession recorded(host.Tables());
+  CContentEraser().Erase(open_->Handle(), pdPage_, -1);
+  CContentEraser().Erase(nullptr, pdPage_, 0);
+  CContentEraser().Erase(open_->Handle(), nullptr, 0);
+  EXPECT_EQ(host.Calls(), std::vector<std::string>{});
 }
 
 TEST_F(ContentVisitors, EraseTakesTheContainerOffThePage) {
@@ -121,6 +174,49 @@ TEST_F(ContentVisitors, ActualTextLosesTheFirstMarkWhereverItStands) {
   CActualTextExtractor extractor;
   extractor.Extract(Top(0));
   EXPECT_EQ(extractor.Text(), (ByteVector{0, 'A', 0, 'B', 0xFE, 0xFF}));
+}
+
+TEST_F(ContentVisitors, ActualTextIsAStringThatIsNotEmpty) {
+  Open({Marked("Span", "<</ActualText/A>>", {Marked("Span", "<</ActualText()>>", {Marked("Span", "", {})})})});
+  CActualTextExtractor extractor;
+  extractor.Extract(Top(0));
+  EXPECT_FALSE(extractor.HasText());
+}
+
+TEST_F(ContentVisitors, ActualTextOfNothingIsNone) {
+  Open({Marked("Span", "<</ActualText(A)>>", {})});
+  CActualTextExtractor extractor;
+  extractor.Extract(Top(0));
+  ASSERT_TRUE(extractor.HasText());
+  extractor.Extract(nullptr);
+  EXPECT_FALSE(extractor.HasText());
+}
+
+constexpr char kTwoByteMap[] =
+    "/CIDInit /ProcSet findresource begin 12 dict begin begincmap 1 begincodespacerange <0000> <FFFF> endcodespacerange\n"
+    "3 beginbfchar <0001> <2022> <0002> <0041> <0003> <D83DDE00> endbfchar endcmap end end";
+constexpr char kOneByteMap[] =
+    "/CIDInit /ProcSet findresource begin 12 dict begin begincmap 1 begincodespacerange <00> <FF> endcodespacerange\n"
+    "1 beginbfchar <41> <0042> endbfchar endcmap end end";
+
+TEST_F(ContentVisitors, TextIsKeptApartByTheWidthOfItsCharacters) {
+  document_.Stream("two", "<<>>", kTwoByteMap).Stream("one", "<<>>", kOneByteMap);
+  page_.Resource("Font", "F2",
+                 "<</Type/Font/Subtype/Type0/BaseFont/A/Encoding/Identity-H/ToUnicode $two/DescendantFonts[<</Type/Font"
+                 "/Subtype/CIDFontType2/BaseFont/A/CIDSystemInfo<</Registry(Adobe)/Ordering(Identity)/Supplement 0>>>>]>>");
+  page_.Resource("Font", "F3", "<</Type/Font/Subtype/TrueType/BaseFont/A/ToUnicode $one>>");
+  Open({Marked("P", Mcid(0),
+               {test::Ops("BT /F2 9 Tf <00010003> Tj ET"), test::Ops("BT /F3 9 Tf (A) Tj ET"),
+                Marked("Span", "", {test::Ops("BT /F2 9 Tf <0002> Tj ET")})})});
+  CContentTextExtractor extractor;
+  extractor.Extract(Top(0));
+  EXPECT_EQ(extractor.SingleByte(), ByteVector{'A'}) << "a code of one byte is its own character";
+  EXPECT_EQ(extractor.Utf16(), (ByteVector{0x20, 0x22, 0x00, 0x41})) << "as the host wrote them, not swapped";
+  EXPECT_EQ(extractor.Utf32(), (ByteVector{0xD8, 0x3D, 0xDE, 0x00}));
+  EXPECT_EQ(extractor.Raw(), (ByteVector{0, 1, 0, 3, 'A', 0, 2}));
+  EXPECT_TRUE(extractor.HasSingleByte() && extractor.HasUtf16() && extractor.HasUtf32());
+  extractor.Extract(nullptr);
+  EXPECT_FALSE(extractor.HasSingleByte() || extractor.HasUtf16() || extractor.HasUtf32());
 }
 
 TEST_F(ContentVisitors, RawTextGrowsFromCallToCall) {

@@ -120,9 +120,34 @@ TEST_F(DoubleBullets, KeepsPairsThatAreNoSpans) {
 }
 
 TEST_F(DoubleBullets, GoesByTheRoleOfCustomTypes) {
-  document_.RoleMap({{"Bullet", "Lbl"}});
-  Repair({Element("Bullet")({Hidden(), Visible()})});
+  document_.RoleMap({{"Bullet", "Lbl"}, {"Glyph", "Span"}});
+  const Element glyph = Element("Glyph").Title("visible").Mark(page_, Shown("0001"));
+  Repair({Element("Bullet")({Hidden(), glyph})});
   EXPECT_EQ(Left("hidden"), 0U);
+  EXPECT_EQ(Left("visible"), 1U);
+}
+
+TEST_F(DoubleBullets, KeepsATextBesideABulletOfOneByte) {
+  document_.Stream("one", "<<>>",
+                   "/CIDInit /ProcSet findresource begin 12 dict begin begincmap 1 begincodespacerange <00> <FF> "
+                   "endcodespacerange 1 beginbfchar <01> <2022> endbfchar endcmap end end");
+  page_.Resource("Font", "F3", "<</Type/Font/Subtype/TrueType/BaseFont/A/ToUnicode $one>>");
+  const Element oneByte = Element("Span").Mark(page_, test::Ops("BT /F3 12 Tf 72 700 Td <01> Tj ET"));
+  Repair({Element("Lbl")({Hidden(), oneByte})});
+  EXPECT_EQ(Left("hidden"), 1U);
+}
+
+TEST_F(DoubleBullets, ReadsTheTextOfPropertiesThatStandInTheResources) {
+  page_.Add(test::MarkedByResource("Span", "<</MCID 200/ActualText<FEFF2022>>>", {test::Text("hidden")}));
+  Repair({Element("Lbl")({Element("Span").Title("hidden").Mcid(page_, 200), Visible()})});
+  EXPECT_EQ(Left("hidden"), 0U);
+  EXPECT_FALSE(PaintsHidden());
+}
+
+TEST_F(DoubleBullets, KeepsEverythingWhereTheContentIsNotOnThePage) {
+  Repair({Element("Lbl")({Element("Span").Title("hidden").Mcid(page_, 77), Visible()})});
+  EXPECT_EQ(Left("hidden"), 1U);
+  EXPECT_EQ(Left("visible"), 1U);
 }
 
 TEST_F(DoubleBullets, KeepsPairsOnTopOfTheTree) {

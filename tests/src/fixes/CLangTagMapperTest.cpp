@@ -77,6 +77,27 @@ TEST(LangTagMapper, GoesOnWhereContentIsNotOnItsPage) {
   EXPECT_EQ(SavedTree(open).find("[Lang=de]"), std::string::npos);
 }
 
+TEST(LangTagMapper, LeavesLanguagesOfContentAlone) {
+  TestDocument document;
+  test::Page& page = document.AddPage();
+  page.Add(test::Marked("Span", "<</MCID 0/Lang([Lang=de])>>", {test::Text("x")}));
+  document.Tree({Element("P").Mcid(page, 0)});
+  OpenDocument open(document.Write());
+  EXPECT_EQ(open.Fixups(kToTags), test::kSuccess);
+  EXPECT_NE(test::ReadBack(open.Save()).Content(1).find("[Lang=de]"), std::string::npos);
+}
+
+TEST(LangTagMapper, EndsWithTheHostsRaiseForContentWithoutAPageAndKeepsWhatItWrote) {
+  TestDocument document;
+  document.AddPage();
+  document.Tree({Element("P").Lang("[Lang=de]"), Element("P").RawKid("7")});
+  OpenDocument open(document.Write());
+  const test::Outcome outcome = open.Fixups(kToTags);
+  EXPECT_EQ(outcome.result, TGX_FAILED);
+  EXPECT_NE(outcome.text, "");
+  EXPECT_EQ(SavedTree(open).find("[Lang=de]"), std::string::npos);
+}
+
 TEST(LangTagMapper, FailsWithoutATextForADocumentWithoutAStructureTree) {
   TestDocument document;
   document.AddPage();

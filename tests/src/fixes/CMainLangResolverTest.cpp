@@ -78,6 +78,24 @@ TEST_F(MainLang, InheritsTheLanguageOfElementsAround) {
       "de");
 }
 
+TEST_F(MainLang, CountsNothingForALanguageWhoseElementHasEnded) {
+  EXPECT_EQ(Resolved({Paragraph("de", 3), Element("P").Mark(page_, Runs(9)), Paragraph("fr", 5)}), "fr");
+}
+
+TEST_F(MainLang, CountsContentAgainAtEachPlaceInTheTree) {
+  page_.Add(test::Marked("Span", "<</MCID 7>>", {Runs(4)}));
+  EXPECT_EQ(Resolved({Element("P").Lang("de").Mcid(page_, 7), Element("P").Lang("de").Mcid(page_, 7), Paragraph("fr", 5)}),
+            "de");
+}
+
+TEST_F(MainLang, CountsNothingForObjects) {
+  EXPECT_EQ(Resolved({Element("Link").Lang("de").Object(page_.Link("https://example.org/")), Paragraph("fr", 2)}), "fr");
+}
+
+TEST_F(MainLang, DropsTheZeroBytesOfAnElementsLanguage) {
+  EXPECT_EQ(Resolved({Paragraph("\0d\0e"s, 3), Paragraph("fr", 5), Paragraph("de", 4)}), "de");
+}
+
 TEST_F(MainLang, CountsContentWithALanguageOfItsOwnForThatOne) {
   page_.Add(test::Marked("Span", "<</MCID 7/Lang(fr)>>", {Runs(9)}));
   EXPECT_EQ(Resolved({Paragraph("de", 5), Element("P").Lang("de").Mcid(page_, 7)}), "fr");

@@ -19,6 +19,14 @@ TEST(LangForms, RemovesBracketsThatRemovingOthersMakes) {
   EXPECT_EQ(BracketToTagForm("[La[Lang=ng=x]"), "\xFE\xFF\0\x0E\0\x7F\0\x0E\0x\0\x0E\0\x01"s);
 }
 
+TEST(LangForms, RemovesBracketsFromWithinBracketsAtOnce) {
+  // Twenty thousand deep: a pass for each would take too long to see its end.
+  std::string opening;
+  for (int i = 0; i < 20000; ++i) opening += "[Lan";
+  for (int i = 0; i < 20000; ++i) opening += "g=";
+  EXPECT_EQ(BracketToTagForm(opening), "\xFE\xFF\0\x0E\0\x7F\0\x0E\0\x01"s);
+}
+
 TEST(LangForms, WritesABracketFormOfATag) { EXPECT_EQ(TagToBracketForm(kTagOfDe), "[Lang=de]"); }
 
 TEST(LangForms, KnowsATag) { EXPECT_TRUE(IsTagForm(kTagOfDe)); }

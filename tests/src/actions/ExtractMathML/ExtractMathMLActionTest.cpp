@@ -34,12 +34,29 @@ TEST(FormulaMarker, ReadsTwoByteTextWithAMark) {
 }
 
 TEST(FormulaMarker, WantsANumberAboveZero) {
-  for (const char* text : {"MATHML_0_START", "MATHML_-3_START", "MATHML_x_START", "MATHML__START"}) {
+  for (const char* text : {"MATHML_0_START", "MATHML_-3_START", "MATHML_x_START", "MATHML__START", "MATHML_+1_START",
+                           "MATHML_ 1_START", "MATHML_-99999999999_START"}) {
     EXPECT_FALSE(ParseFormulaMarker(Bytes(text))) << text;
   }
 }
 
-TEST(FormulaMarker, TakesAContentWithoutANameForNone) { EXPECT_FALSE(ParseFormulaMarker(Bytes("MATHML_1_CONTENT:x"))); }
+TEST(FormulaMarker, ReadsTheLeadingDigitsOfANumber) { EXPECT_EQ(ParseFormulaMarker(Bytes("MATHML_12a3_END"))->id, 12); }
+
+TEST(FormulaMarker, TakesANumberThatIsTooLargeForTheLargest) {
+  EXPECT_EQ(ParseFormulaMarker(Bytes("MATHML_99999999999999999999_END"))->id, 0x7FFFFFFF);
+  EXPECT_EQ(ParseFormulaMarker(Bytes("MATHML_4000000000_END"))->id, 0x7FFFFFFF);
+}
+
+TEST(FormulaMarker, TakesAContentWithoutANameForNone) {
+  EXPECT_FALSE(ParseFormulaMarker(Bytes("MATHML_1_CONTENT:x")));
+  EXPECT_FALSE(ParseFormulaMarker(Bytes("MATHML_1_CONTENT_:x"))) << "an empty last part is none";
+}
+
+TEST(FormulaMarker, TakesAnEmptyNameBetweenTwoSeparators) {
+  EXPECT_EQ(ParseFormulaMarker(Bytes("MATHML_1_CONTENT__:x"))->name, "");
+}
+
+TEST(FormulaMarker, HasNoTextWithoutAColon) { EXPECT_EQ(ParseFormulaMarker(Bytes("MATHML_1_CONTENT_MathML"))->text, ""); }
 
 TEST(FormulaMarker, KnowsNothingElse) {
   for (const char* text : {"", "MATHML", "MATHML_1", "MathML_1_START", "MATHML_1_BEGIN", "a:MATHML_1_START"}) {
@@ -65,10 +82,23 @@ class ExtractMathML : public testing::Test {
     return outcome;
   }
   std::string Tree() const { return test::TreeText(saved_); }
+  QPDFObjectHandle Annotation() {
+    file_ = std::make_unique<test::ReadBack>(saved_);
+    QPDFObjectHandle annotations = file_->Page(1).getKey("/Annots");
+    return annotations.getArrayItem(annotations.getArrayNItems() - 1);
+  }
+  std::string Contents() { return Annotation().getKey("/Contents").getStringValue(); }
+  std::vector<double> Rect() {
+    std::vector<double> numbers;
+    for (QPDFObjectHandle number : Annotation().getKey("/Rect").getArrayAsVector())
+      numbers.push_back(number.getNumericValue());
+    return numbers;
+  }
 
   TestDocument document_;
   test::Page& page_ = document_.AddPage();
   std::string saved_;
+  std::unique_ptr<test::ReadBack> file_;
 };
 
 TEST_F(ExtractMathML, GivesAFormulaItsSource) {
@@ -142,6 +172,117 @@ TEST_F(ExtractMathML, TakesAllThatFollowsAStartBehindItsEnd) {
             "      Formula\n"
             "        mcid 1 page 1\n"
             "        mcid 2 page 1\n");
+}
+
+TEST_F(ExtractMathML, LeavesAnEndWithoutAStart) {
+  EXPECT_EQ(Run({Element("P").Text(page_, "x").Add(Marked("MATHML_1_END"))}), test::kSuccess);
+  EXPECT_EQ(Tree(), "Document\n  P\n    mcid 0 page 1\n    Span alt=u\"MATHML_1_END\"\n");
+}
+
+TEST_F(ExtractMathML, TakesTheLastOfTwoMarkersOfAKind) {
+  EXPECT_EQ(Run({Element("P").Add(Marked("MATHML_1_START")).Text(page_, "x").Add(Marked("MATHML_1_END")),
+                 Holder({Marked("MATHML_1_CONTENT_MathML:first"), Marked("MATHML_1_CONTENT_MathML:second")})}),
+            test::kSuccess);
+  EXPECT_EQ(Contents(), "second");
+}
+
+TEST_F(ExtractMathML, TakesTheLastHolder) {
+  EXPECT_EQ(Run({Holder({Element("P")}), Element("P").Add(Marked("MATHML_1_START")), Holder({Element("H1")})}),
+            test::kSuccess);
+  EXPECT_THAT(Tree(), testing::HasSubstr("holder"));
+  EXPECT_THAT(Tree(), testing::Not(testing::HasSubstr("H1")));
+}
+
+TEST_F(ExtractMathML, NeedsNoHolder) {
+  EXPECT_EQ(Run({Element("P")
+                     .Add(Marked("MATHML_1_CONTENT_MathML:<math/>"))
+                     .Add(Marked("MATHML_1_START"))
+                     .Text(page_, "x")
+                     .Add(Marked("MATHML_1_END"))}),
+            test::kSuccess);
+  EXPECT_EQ(Contents(), "<math/>");
+  EXPECT_THAT(Tree(), testing::HasSubstr("CONTENT")) << "a source outside a holder stays";
+}
+
+TEST_F(ExtractMathML, MovesObjectsOfTheFormulaToo) {
+  const test::Annotation link = page_.Link("https://example.org/");
+  EXPECT_EQ(Run({Element("P").Add(Marked("MATHML_1_START")).Text(page_, "x").Object(link).Add(Marked("MATHML_1_END"))}),
+            test::kSuccess);
+  EXPECT_EQ(Tree(),
+            "Document\n"
+            "  P\n"
+            "    Annot\n"
+            "      objr Highlight page 1\n"
+            "      Formula\n"
+            "        mcid 0 page 1\n"
+            "        objr Link page 1\n");
+}
+
+TEST_F(ExtractMathML, TakesTheMarkersOffThePage) {
+  EXPECT_EQ(Run({Element("P")
+                     .Add(Marked("MATHML_1_START").Text(page_, "start"))
+                     .Text(page_, "x")
+                     .Add(Marked("MATHML_1_END").Text(page_, "end")),
+                 Holder({Marked("MATHML_1_CONTENT_MathML:m").Text(page_, "source")})}),
+            test::kSuccess);
+  const std::string content = test::ReadBack(saved_).Content(1);
+  for (const char* gone : {"(start)", "(end)", "(source)"}) EXPECT_THAT(content, testing::Not(testing::HasSubstr(gone)));
+  EXPECT_THAT(content, testing::HasSubstr("(x)"));
+}
+
+TEST_F(ExtractMathML, LaysTheAnnotationOverTheParagraphUpToItsLowestTop) {
+  EXPECT_EQ(Run({Element("P")
+                     .Mark(page_, test::Text("high").At(100, 700))
+                     .Add(Marked("MATHML_1_START"))
+                     .Mark(page_, test::Text("low").At(50, 600))
+                     .Add(Marked("MATHML_1_END"))
+                     .Mark(page_, test::Text("middle").At(200, 650))}),
+            test::kSuccess);
+  const std::vector<double> rect = Rect();
+  EXPECT_NEAR(rect[0], 50, 0.01);
+  EXPECT_NEAR(rect[1], 600, 4) << "the lowest bottom";
+  EXPECT_GT(rect[2], 220) << "the rightmost right";
+  EXPECT_NEAR(rect[3], 610, 5) << "the lowest top";
+}
+
+TEST_F(ExtractMathML, TakesContentThatPaintsNothingForABoxAtTheOrigin) {
+  EXPECT_EQ(Run({Element("P")
+                     .Mark(page_, test::Ops("q Q"))
+                     .Mark(page_, test::Text("x").At(100, 700))
+                     .Add(Marked("MATHML_1_START"))
+                     .Add(Marked("MATHML_1_END"))}),
+            test::kSuccess);
+  EXPECT_NEAR(Rect()[0], 100, 0.01) << "before the first box it counts for nothing";
+  TestDocument another;
+  test::Page& page = another.AddPage();
+  another.Tree({Element("P")
+                    .Mark(page, test::Text("x").At(100, 700))
+                    .Mark(page, test::Ops("q Q"))
+                    .Add(Marked("MATHML_1_START"))
+                    .Add(Marked("MATHML_1_END"))});
+  OpenDocument open(another.Write());
+  ASSERT_EQ(open.Action(kMathML), test::kSuccess);
+  saved_ = open.Save();
+  EXPECT_EQ(Rect()[0], 0);
+  EXPECT_EQ(Rect()[3], 0);
+}
+
+TEST_F(ExtractMathML, EndsWithTheHostsRaiseForAFormulaWithoutAPage) {
+  TestDocument bare;
+  bare.AddPage();
+  bare.Tree({Element("P")({Marked("MATHML_1_START"), Marked("MATHML_1_END")})});
+  OpenDocument open(bare.Write());
+  const test::Outcome outcome = open.Action(kMathML);
+  EXPECT_EQ(outcome.result, TGX_FAILED);
+  EXPECT_NE(outcome.text, "");
+}
+
+TEST_F(ExtractMathML, WritesTheSourceUpToAZeroByteAsItStands) {
+  // Zero bytes are dropped with the encoding, so a source in UTF-16 has lost those of its characters.
+  EXPECT_EQ(Run({Element("P").Add(Marked("MATHML_1_START")).Text(page_, "x").Add(Marked("MATHML_1_END")),
+                 Holder({Element("Span").Alt(u"MATHML_1_CONTENT_MathML:\u2212")})}),
+            test::kSuccess);
+  EXPECT_EQ(Contents(), "\x22\x12");
 }
 
 TEST_F(ExtractMathML, FailsForAKidOfUnknownKind) {

@@ -1,5 +1,6 @@
 #include <gtest/gtest.h>
 
+#include "src/actions/FootnoteRef/FootnoteRefFix.h"
 #include "tests/support/OpenDocument.h"
 #include "tests/support/TestDocument.h"
 #include "tests/support/TreeText.h"
@@ -129,11 +130,120 @@ TEST_F(FootnoteLinks, LeadBackToTheFrameAroundTheReference) {
   EXPECT_GT(Number(target, 5), 700) << "top of the frame";
 }
 
+TEST_F(FootnoteLinks, LeadBackToThePartOfAFrameOnThePageOfTheReference) {
+  test::Page& second = document_.AddPage();
+  const auto body = [](test::Page& page, double x, double y) {
+    return Element("P").Mark(page, test::Text("frame").At(x, y));
+  };
+  EXPECT_EQ(Run({Marker("TEXTFRAME_START"), body(page_, 50, 700), body(page_, 300, 600), body(second, 20, 750),
+                 Reference(second, 30, 740), body(second, 80, 650), Marker("TEXTFRAME_END"), Note(second, 72, 100)}),
+            test::kSuccess);
+  QPDFObjectHandle target = Annotation(2, 1).getKey("/A").getKey("/D");
+  EXPECT_NEAR(Number(target, 2), 20, 0.01);
+  EXPECT_NEAR(Number(target, 3), 648, 3);
+  EXPECT_LT(Number(target, 4), 200) << "what lies on the first page counts for nothing";
+}
+
+TEST_F(FootnoteLinks, LeadBackToAFrameThatEndsAboveTheBottomOfTheReference) {
+  // The frame is as high as its text at 600; the reference is larger, but not higher.
+  EXPECT_EQ(Run({Marker("TEXTFRAME_START"), Element("P").Mark(page_, test::Text("frame and more").At(50, 600)),
+                 Marker("TEXTFRAME_END"), Reference(page_, 60, 590), Note(page_, 72, 100)}),
+            test::kSuccess);
+  EXPECT_NEAR(Number(Annotation(1, 1).getKey("/A").getKey("/D"), 2), 50, 0.01);
+}
+
+TEST_F(FootnoteLinks, LeadBackToTheReferenceBesideAFrame) {
+  EXPECT_EQ(Run({Marker("TEXTFRAME_START"), Element("P").Mark(page_, test::Text("frame").At(50, 600)),
+                 Marker("TEXTFRAME_END"), Reference(page_, 300, 590), Note(page_, 72, 100)}),
+            test::kSuccess);
+  EXPECT_NEAR(Number(Annotation(1, 1).getKey("/A").getKey("/D"), 2), 300, 0.01);
+}
+
+TEST_F(FootnoteLinks, DoNotGatherWhatIsLeftOfAFrameBehindAnInnerOne) {
+  const auto body = [this](double x, double y) { return Element("P").Mark(page_, test::Text("frame").At(x, y)); };
+  EXPECT_EQ(
+      Run({Marker("TEXTFRAME_START"), body(50, 700), Marker("TEXTFRAME_START"), body(400, 300), Marker("TEXTFRAME_END"),
+           body(10, 650), Marker("TEXTFRAME_END"), Reference(page_, 55, 690), Note(page_, 72, 100)}),
+      test::kSuccess);
+  EXPECT_NEAR(Number(Annotation(1, 1).getKey("/A").getKey("/D"), 2), 50, 0.01) << "the left edge before the inner frame";
+}
+
+TEST_F(FootnoteLinks, DoNotSeeAFrameMarkThatIsNotInUtf16) {
+  const auto marker = [](const char* text) { return Element("Figure").Alt(text); };
+  EXPECT_EQ(Run({marker("TEXTFRAME_START"), Element("P").Mark(page_, test::Text("frame").At(50, 600)),
+                 marker("TEXTFRAME_END"), Reference(page_, 60, 590), Note(page_, 72, 100)}),
+            test::kSuccess);
+  EXPECT_NEAR(Number(Annotation(1, 1).getKey("/A").getKey("/D"), 2), 60, 0.01);
+}
+
+TEST_F(FootnoteLinks, LieOverTheLastOfSeveralPiecesOfOneNumber) {
+  page_.Add(test::Marked("Reference", "<</MCID 50>>", {test::Text("1").At(100, 600)}));
+  page_.Add(test::Marked("Reference", "<</MCID 50>>", {test::Text("1").At(300, 500)}));
+  const Element reference = Element("Reference").Mcid(page_, 50);
+  EXPECT_EQ(Run({reference, Note(page_, 72, 100)}), test::kSuccess);
+  EXPECT_NEAR(Number(Annotation(1, 0).getKey("/Rect"), 0), 300, 0.01);
+}
+
+TEST_F(FootnoteLinks, LieOverAllContentOnThePageOfTheFirst) {
+  test::Page& second = document_.AddPage();
+  Element note("Note");
+  note.Mark(page_, test::Text("a note").At(72, 100)).Mark(page_, test::Text("goes on").At(60, 80));
+  note.Mark(second, test::Text("and on").At(10, 10));
+  EXPECT_EQ(Run({Reference(page_, 100, 600), note}), test::kSuccess);
+  ASSERT_EQ(Annotations(1), 2);
+  EXPECT_EQ(Annotations(2), 0);
+  QPDFObjectHandle rect = Annotation(1, 1).getKey("/Rect");
+  EXPECT_NEAR(Number(rect, 0), 60, 0.01);
+  EXPECT_NEAR(Number(rect, 1), 78, 3);
+  EXPECT_GT(Number(rect, 3), 105);
+}
+
+TEST_F(FootnoteLinks, KeepElementsAndObjectsInTheLinkInTheirOrder) {
+  EXPECT_EQ(Run({Reference(page_, 100, 600),
+                 Element("Note").Text(page_, "1").Add(Element("P").Text(page_, "a note")).Object(page_.Link("x"))}),
+            test::kSuccess);
+  EXPECT_NE(test::TreeText(saved_).find("Note\n"
+                                        "  Link\n"
+                                        "    mcid 1 page 1\n"
+                                        "    P\n"
+                                        "      mcid 2 page 1\n"
+                                        "    objr Link page 1\n"
+                                        "    objr Link page 1\n"),
+            std::string::npos)
+      << test::TreeText(saved_);
+}
+
+TEST_F(FootnoteLinks, EndWithTheHostsRaiseForANoteWithoutContent) {
+  document_.Tree({Reference(page_, 100, 600), Element("Note")});
+  OpenDocument open(document_.Write());
+  const test::Outcome outcome = open.Action(kFootnoteLinks);
+  EXPECT_EQ(outcome.result, TGX_FAILED);
+  EXPECT_NE(outcome.text, "");
+}
+
 TEST_F(FootnoteLinks, DoNotMixContentOfOneNumberOnDifferentPages) {
   test::Page& second = document_.AddPage();
   second.Mark("P", test::Text("other").At(300, 300));
   EXPECT_EQ(Run({Reference(page_, 100, 600), Note(page_, 72, 100)}), test::kSuccess);
   EXPECT_NEAR(Number(Annotation(1, 0).getKey("/Rect"), 0), 100, 0.01);
+}
+
+TEST_F(FootnoteLinks, HaveTheKindThatIsSet) {
+  const std::vector<std::pair<int, std::string>> kinds = {{0, "/XYZ"},  {1, "/Fit"},  {2, "/FitH"},  {3, "/FitV"},
+                                                          {4, "/FitR"}, {5, "/FitB"}, {6, "/FitBH"}, {7, "/FitBV"},
+                                                          {9, "/FitR"}, {-1, "/FitR"}};
+  document_.Tree({Reference(page_, 100, 600), Note(page_, 72, 100)});
+  const std::string bytes = document_.Write();
+  for (const auto& [number, name] : kinds) {
+    const test::HostSession session;
+    OpenDocument open(bytes);
+    FootnoteRefFix fix;
+    fix.SetDocument(open.Handle());
+    fix.SetDestinationFit(number);
+    EXPECT_TRUE(fix.Run());
+    file_ = std::make_unique<test::ReadBack>(open.Save());
+    EXPECT_EQ(Annotation(1, 0).getKey("/A").getKey("/D").getArrayItem(1).unparse(), name) << number;
+  }
 }
 
 TEST_F(FootnoteLinks, DoNothingInADocumentWithoutAStructureTree) {
