@@ -19,7 +19,7 @@ need_packages() {
 }
 
 build_packages=(g++ cmake ninja-build pkg-config libqpdf-dev libtinyxml2-dev zlib1g-dev libfreetype-dev libcli11-dev nlohmann-json3-dev libjemalloc-dev)
-test_packages=(libgtest-dev libgmock-dev qpdf poppler-utils poppler-data mupdf-tools)
+test_packages=(libgtest-dev libgmock-dev qpdf poppler-utils poppler-data mupdf-tools dpkg-dev file groff-base)
 lint_packages=(clang-format-14 clang-tidy-14)
 fuzz_packages=(clang-14 libclang-rt-14-dev)
 

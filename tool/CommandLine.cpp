@@ -7,25 +7,13 @@
 
 #include "tool/ActionsCommand.h"
 #include "tool/Files.h"
+#include "tool/HelpTexts.h"
 #include "tool/Messages.h"
 #include "tool/RunCommand.h"
 #include "tool/TreeCommand.h"
 
 namespace tgx::tool {
 namespace {
-
-constexpr const char* kExitStatus =
-    "Exit status:\n"
-    "  0        all went well\n"
-    "  1        wrong use, or a file that cannot be read, opened or written\n"
-    "  2, 3, 4  the result code of the step that failed:\n"
-    "           2 the step failed, 3 there is no such action, 4 the action got no file\n";
-
-constexpr const char* kStepForms =
-    "A STEP is one of\n"
-    "  NAME or NAME:FILE          an action or a fix by its name\n"
-    "  action=N or action=N:FILE  an action by its number\n"
-    "  fixups=MASK                fixes by their bits, decimal or 0x...\n\n";
 
 struct PasswordOptions {
   std::string text;
@@ -127,6 +115,11 @@ int RunCommandLine(int argc, char** argv) {
   }
   RequireVerbatim(line.runOptions.steps, argc, argv);
   return line.Run();
+}
+
+void DescribeCommandLine(const std::function<void(const CLI::App&)>& describe) {
+  const CommandLine line;
+  describe(line.app);
 }
 
 }  // namespace tgx::tool

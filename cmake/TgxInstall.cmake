@@ -1,0 +1,31 @@
+# Installs the libraries and what programs need to build with them: headers, a CMake package (find_package(tgx) gives tgx::tgx
+# and tgx::tgxhost) and a pkg-config file a library.
+include(CMakePackageConfigHelpers)
+
+set(TGX_PACKAGE_FOLDER ${CMAKE_INSTALL_LIBDIR}/cmake/tgx)
+
+function(tgx_install_library name)
+  install(TARGETS ${name} EXPORT tgxTargets
+          LIBRARY DESTINATION ${CMAKE_INSTALL_LIBDIR} COMPONENT tgx NAMELINK_COMPONENT development
+          INCLUDES DESTINATION ${CMAKE_INSTALL_INCLUDEDIR})
+endfunction()
+
+# name, what it is
+function(tgx_install_pkg_config library description)
+  # Relative, so that an installation can be moved.
+  set(folder ${CMAKE_INSTALL_FULL_LIBDIR}/pkgconfig)
+  file(RELATIVE_PATH prefix ${folder} ${CMAKE_INSTALL_PREFIX})
+  configure_file(${PROJECT_SOURCE_DIR}/cmake/library.pc.in ${library}.pc @ONLY)
+  install(FILES ${CMAKE_CURRENT_BINARY_DIR}/${library}.pc DESTINATION ${CMAKE_INSTALL_LIBDIR}/pkgconfig COMPONENT development)
+endfunction()
+
+function(tgx_install_development_files)
+  install(DIRECTORY ${PROJECT_SOURCE_DIR}/include/tgx DESTINATION ${CMAKE_INSTALL_INCLUDEDIR} COMPONENT development
+          FILES_MATCHING PATTERN "*.h" PATTERN "*.def")
+  install(EXPORT tgxTargets NAMESPACE tgx:: FILE tgxConfig.cmake DESTINATION ${TGX_PACKAGE_FOLDER} COMPONENT development)
+  # Before 1.0 the interface may change with each minor version.
+  write_basic_package_version_file(${CMAKE_CURRENT_BINARY_DIR}/tgxConfigVersion.cmake COMPATIBILITY SameMinorVersion)
+  install(FILES ${CMAKE_CURRENT_BINARY_DIR}/tgxConfigVersion.cmake DESTINATION ${TGX_PACKAGE_FOLDER} COMPONENT development)
+  tgx_install_pkg_config(tgx "repairs tagged PDF documents that an application has open")
+  tgx_install_pkg_config(tgxhost "host of libtgx for programs that have no PDF library")
+endfunction()

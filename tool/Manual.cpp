@@ -1,0 +1,116 @@
+#include "tool/Manual.h"
+
+#include <cstdio>
+
+#include <CLI/CLI.hpp>
+
+#include "tool/HelpTexts.h"
+#include "tool/Steps.h"
+
+namespace tgx::tool {
+namespace {
+
+/// Plain text as it must stand in a page: backslashes and hyphens escaped, no line that starts with a control character.
+std::string Escaped(std::string_view text) {
+  std::string escaped;
+  for (const char c : text) {
+    const bool atLineStart = escaped.empty() || escaped.back() == '\n';
+    if (atLineStart && (c == '.' || c == '\'')) escaped += "\\&";
+    if (c == '\\') {
+      escaped += "\\e";
+    } else if (c == '-') {
+      escaped += "\\-";
+    } else {
+      escaped += c;
+    }
+  }
+  return escaped;
+}
+
+std::string Bold(std::string_view text) { return "\\fB" + Escaped(text) + "\\fR"; }
+std::string Italic(std::string_view text) { return "\\fI" + Escaped(text) + "\\fR"; }
+
+std::string Entry(const std::string& head, const std::string& text) { return ".TP\n" + head + "\n" + text + "\n"; }
+std::string Preformatted(std::string_view text) { return ".nf\n" + Escaped(text) + ".fi\n"; }
+
+std::vector<const CLI::Option*> OptionsOf(const CLI::App& command, bool positional) {
+  return command.get_options([positional](const CLI::Option* option) { return option->get_positional() == positional; });
+}
+
+std::string SynopsisOf(const CLI::App& command) {
+  std::string line = ".B " + Escaped("tgx " + command.get_name()) + "\n";
+  for (const CLI::Option* option : OptionsOf(command, false)) {
+    if (option->get_required())
+      line += Bold("-" + option->get_snames().front()) + " " + Italic(option->get_type_name()) + "\n";
+  }
+  line += "[" + Italic("options") + "]\n";
+  for (const CLI::Option* option : OptionsOf(command, true)) {
+    const bool many = option->get_items_expected_max() > 1;
+    line += Italic(option->get_name(true)) + (many ? "...\n" : "\n");
+  }
+  return line;
+}
+
+std::string OptionEntry(const CLI::Option& option) {
+  std::string head;
+  for (const std::string& name : option.get_snames()) head += (head.empty() ? "" : ", ") + Bold("-" + name);
+  for (const std::string& name : option.get_lnames()) head += (head.empty() ? "" : ", ") + Bold("--" + name);
+  if (option.get_items_expected_max() > 0) head += " " + Italic(option.get_type_name());
+  return Entry(head, Escaped(option.get_description()));
+}
+
+std::string PositionalEntry(const CLI::Option& option) {
+  return Entry(Italic(option.get_name(true)), Escaped(option.get_description()));
+}
+
+std::string CommandSection(const CLI::App& command) {
+  std::string section = ".SS " + Escaped("tgx " + command.get_name()) + "\n" + Escaped(command.get_description()) + ".\n";
+  for (const CLI::Option* option : OptionsOf(command, true)) section += PositionalEntry(*option);
+  for (const CLI::Option* option : OptionsOf(command, false)) section += OptionEntry(*option);
+  return section;
+}
+
+/// The step as its number asks for it.
+std::string NumberForm(const Step& step) {
+  if (step.kind == StepKind::kAction) return "action=" + std::to_string(step.number);
+  char mask[24];
+  std::snprintf(mask, sizeof mask, "fixups=0x%x", step.number);
+  return mask;
+}
+
+std::string StepEntry(const Step& step) {
+  std::string head = Bold(step.name);
+  if (!step.argument.empty()) head += ":" + Italic(step.argument);
+  return Entry(head, Escaped(std::string(step.help) + " (" + NumberForm(step) + ")"));
+}
+
+std::string StepSection(const char* title, StepKind kind) {
+  std::string section = std::string(".SS ") + title + "\n";
+  for (const Step& step : Steps()) {
+    if (step.kind == kind) section += StepEntry(step);
+  }
+  return section;
+}
+
+}  // namespace
+
+std::string ManualPage(const CLI::App& app) {
+  std::string page = ".TH TGX 1 \"\" \"" + std::string("tgx ") + TGX_VERSION + "\" \"User Commands\"\n";
+  page += ".SH NAME\ntgx \\- repair tagged PDF documents\n.SH SYNOPSIS\n";
+  const auto commands = app.get_subcommands([](const CLI::App*) { return true; });
+  for (const CLI::App* command : commands) page += SynopsisOf(*command) + ".br\n";
+  page +=
+      ".SH DESCRIPTION\n"
+      "Reads the private marks that a page\\-layout program's exporter leaves in a tagged PDF document, and the files that "
+      "it\n"
+      "writes beside it, and rewrites the document into plain tagged PDF. What is seen on the pages stays.\n";
+  page += ".SH COMMANDS\n";
+  for (const CLI::App* command : commands) page += CommandSection(*command);
+  page += ".SH STEPS\n" + Preformatted(kStepForms);
+  page += StepSection("Actions", StepKind::kAction) + StepSection("Fixes", StepKind::kFix);
+  page += ".SH EXIT STATUS\n" + Preformatted(kExitStatus);
+  page += ".SH SEE ALSO\n.BR qpdf (1)\n";
+  return page;
+}
+
+}  // namespace tgx::tool
