@@ -1,6 +1,7 @@
 #include "src/common/TextEncoding.h"
 
 #include <algorithm>
+#include <cstring>
 
 #include "src/common/HostTexts.h"
 
@@ -53,6 +54,16 @@ void Utf16BomToUtf8(const ByteVector& utf16, ByteVector& utf8) {
   ByteVector unmarked = utf16;
   DropFirstTwo(unmarked);
   Utf16ToUtf8(unmarked, utf8);
+}
+
+void Utf8ToUtf16(const std::string& utf8, ByteVector& utf16) {
+  utf16.clear();
+  const auto length = static_cast<ASTArraySize>(std::strlen(utf8.c_str()));
+  const OwnedAsText text(ASTextFromSizedUnicode(reinterpret_cast<const ASUTF16Val*>(utf8.data()), kUTF8, length));
+  const HostMemory<ASUTF16Val> copy(ASTextGetUnicodeCopy(text.get(), kUTF16BigEndian));
+  for (const auto* unit = reinterpret_cast<const std::uint8_t*>(copy.get()); unit[0] != 0 || unit[1] != 0; unit += 2) {
+    utf16.insert(utf16.end(), unit, unit + 2);
+  }
 }
 
 bool StripBom(ByteVector& text) {

@@ -21,6 +21,8 @@ ASText Utf16ToAsText(const ByteVector& utf16);
 void Utf16ToUtf8(const ByteVector& utf16, ByteVector& utf8);
 /// The same without the first two bytes, whatever they are. Throws std::runtime_error for fewer than three bytes.
 void Utf16BomToUtf8(const ByteVector& utf16, ByteVector& utf8);
+/// UTF-16BE bytes of UTF-8 up to the first zero byte; no mark.
+void Utf8ToUtf16(const std::string& utf8, ByteVector& utf16);
 
 /// Takes a leading FE FF or FF FE off and says whether there was one.
 bool StripBom(ByteVector& text);

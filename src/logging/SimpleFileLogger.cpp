@@ -1,10 +1,8 @@
 #include "src/logging/SimpleFileLogger.h"
 
-#include <cstdio>
 #include <cstdlib>
 #include <ctime>
 #include <filesystem>
-#include <memory>
 #include <system_error>
 #include <utility>
 
@@ -12,10 +10,6 @@
 
 namespace tgx {
 namespace {
-
-struct FileCloser {
-  void operator()(std::FILE* file) const { std::fclose(file); }
-};
 
 #ifndef _WIN32
 std::filesystem::path StateFolder() {
@@ -61,17 +55,32 @@ void SimpleFileLogger::Exception(const char* format, ...) {
   va_end(arguments);
 }
 
-void SimpleFileLogger::Write(const char* kind, const char* format, std::va_list arguments) const {
+SimpleFileLogger::File SimpleFileLogger::Open() const {
 #ifndef _WIN32
   // The folder is the library's own, so the first entry makes it.
   std::error_code ignored;
   std::filesystem::create_directories(std::filesystem::path(path_).parent_path(), ignored);
 #endif
-  const std::unique_ptr<std::FILE, FileCloser> file(std::fopen(path_.c_str(), "a+"));
+  return File(std::fopen(path_.c_str(), "a+"));
+}
+
+void SimpleFileLogger::Write(const char* kind, const char* format, std::va_list arguments) const {
+  const File opened = inBurst_ ? nullptr : Open();
+  std::FILE* const file = inBurst_ ? held_.get() : opened.get();
   if (file == nullptr) return;
-  std::fprintf(file.get(), "%s %s: ", FormatLocalTime(std::time(nullptr), "%Y-%m-%d %I:%M:%S").c_str(), kind);
+  std::fprintf(file, "%s %s: ", FormatLocalTime(std::time(nullptr), "%Y-%m-%d %I:%M:%S").c_str(), kind);
   // The analyzer does not see that the callers started the list.
-  std::vfprintf(file.get(), format, arguments);  // NOLINT(clang-analyzer-valist.Uninitialized)
+  std::vfprintf(file, format, arguments);  // NOLINT(clang-analyzer-valist.Uninitialized)
+}
+
+SimpleFileLogger::Burst::Burst(SimpleFileLogger& logger) : logger_(logger) {
+  logger_.held_ = logger_.Open();
+  logger_.inBurst_ = true;
+}
+
+SimpleFileLogger::Burst::~Burst() {
+  logger_.inBurst_ = false;
+  logger_.held_.reset();
 }
 
 }  // namespace tgx

@@ -1,6 +1,8 @@
 #pragma once
 
 #include <cstdarg>
+#include <cstdio>
+#include <memory>
 #include <string>
 
 #if defined(__GNUC__)
@@ -26,15 +28,36 @@ class SimpleFileLogger {
   /// folder, which is $XDG_STATE_HOME or else $HOME/.local/state; empty where neither is an absolute path.
   static std::string DefaultPath();
 
+  /// Keeps the file open between entries for as long as it lives, for workers that write thousands of them: what is written
+  /// is the same.
+  class Burst {
+   public:
+    explicit Burst(SimpleFileLogger& logger);
+    ~Burst();
+    Burst(const Burst&) = delete;
+    Burst& operator=(const Burst&) = delete;
+
+   private:
+    SimpleFileLogger& logger_;
+  };
+
   /// An entry of the kind INFO. A file that cannot be opened loses it.
   void Info(const char* format, ...) TGX_PRINTF_LIKE;
   /// An entry of the kind EXCEPTION, likewise.
   void Exception(const char* format, ...) TGX_PRINTF_LIKE;
 
  private:
+  struct FileCloser {
+    void operator()(std::FILE* file) const { std::fclose(file); }
+  };
+  using File = std::unique_ptr<std::FILE, FileCloser>;
+
+  File Open() const;
   void Write(const char* kind, const char* format, std::va_list arguments) const;
 
   std::string path_;
+  bool inBurst_ = false;
+  File held_;  // in a burst; null when the file cannot be opened
 };
 
 }  // namespace tgx

@@ -3,6 +3,7 @@
 #include <cstring>
 #include <stdexcept>
 
+#include "tests/support/StateFolder.h"
 #include "tests/support/TreeText.h"
 
 namespace tgx::test {
@@ -20,6 +21,7 @@ void Bind() {
 
 template <typename Call>
 Outcome Run(const Call& call) {
+  UseOwnStateFolder();
   Bind();
   const std::size_t frames = TGXHost_FrameDepth();
   const int result = call();

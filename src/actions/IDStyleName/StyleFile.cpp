@@ -1,25 +1,12 @@
 #include "src/actions/IDStyleName/StyleFile.h"
 
-#include <filesystem>
-#include <system_error>
-
 #include <tinyxml2.h>
 
 #include "src/common/TextEncoding.h"
+#include "src/common/XmlFile.h"
 
 namespace tgx {
 namespace {
-
-// Far above any list of styles; the parser takes several times its file in memory.
-constexpr std::uintmax_t kLargestFile = std::uintmax_t{64} << 20U;
-
-bool IsWorthReading(const std::string& path) {
-  std::error_code error;
-  // A pipe would make the reader wait.
-  if (!std::filesystem::is_regular_file(path, error)) return false;
-  const std::uintmax_t size = std::filesystem::file_size(path, error);
-  return !error && size <= kLargestFile;
-}
 
 void ReadStyles(const tinyxml2::XMLElement& document, const char* listName, const char* styleName, IDStyleMap& styles) {
   const tinyxml2::XMLElement* list = document.FirstChildElement(listName);
@@ -35,9 +22,8 @@ void ReadStyles(const tinyxml2::XMLElement& document, const char* listName, cons
 }  // namespace
 
 void ReadStyleFile(const std::string& path, IDStyleMap& paragraphStyles, IDStyleMap& characterStyles) {
-  if (!IsWorthReading(path)) return;
   tinyxml2::XMLDocument file;
-  if (file.LoadFile(path.c_str()) != tinyxml2::XML_SUCCESS) return;
+  if (!LoadXmlFile(path, file)) return;
   const tinyxml2::XMLElement* document = file.FirstChildElement("ID_Document");
   if (document == nullptr) return;
   ReadStyles(*document, "ID_ParaStyleList", "ID_ParaStyle", paragraphStyles);

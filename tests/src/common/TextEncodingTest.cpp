@@ -5,6 +5,8 @@
 #include <stdexcept>
 #include <string>
 
+#include "tests/support/OpenDocument.h"
+
 namespace tgx {
 namespace {
 
@@ -18,6 +20,29 @@ ByteVector Hex(const std::string& text) {
   ByteVector bytes = {0x55};
   HexDecode(text, bytes);
   return bytes;
+}
+
+ByteVector Utf16Of(const std::string& utf8) {
+  const test::HostSession session;
+  ByteVector bytes = {0x55};
+  Utf8ToUtf16(utf8, bytes);
+  return bytes;
+}
+
+TEST(Utf8ToUtf16, WritesTheHighByteFirstAndNoMark) {
+  EXPECT_EQ(Utf16Of("A\u00df"), (ByteVector{0x00, 0x41, 0x00, 0xDF}));
+  EXPECT_EQ(Utf16Of("\U0001f600"), (ByteVector{0xD8, 0x3D, 0xDE, 0x00}));
+}
+
+TEST(Utf8ToUtf16, GivesNothingForNothing) { EXPECT_TRUE(Utf16Of("").empty()); }
+
+TEST(Utf8ToUtf16, TakesBytesThatAreNoUtf8WithoutHarm) {
+  EXPECT_EQ(Utf16Of("A\xFC"
+                    "B")
+                    .size() %
+                2,
+            0U);
+  EXPECT_EQ(Utf16Of("\xC3").size() % 2, 0U);
 }
 
 TEST(StripBom, TakesEitherMarkOff) {

@@ -55,6 +55,27 @@ TEST(SimpleFileLogger, LosesEntriesWhereTheFileCannotBeOpened) {
   EXPECT_NO_THROW(SimpleFileLogger("").Info("lost"));
 }
 
+TEST(SimpleFileLogger, WritesTheSameInABurst) {
+  const LogFolder folder;
+  SimpleFileLogger logger(folder.Path() + "/state/some.log");
+  logger.Info("before\n");
+  {
+    const SimpleFileLogger::Burst burst(logger);
+    logger.Info("one\n");
+    logger.Exception("two\n");
+  }
+  logger.Info("after\n");
+  EXPECT_THAT(folder.Read("state/some.log"), MatchesRegex(kTime + " INFO: before\n" + kTime + " INFO: one\n" + kTime +
+                                                          " EXCEPTION: two\n" + kTime + " INFO: after\n"));
+}
+
+TEST(SimpleFileLogger, LosesTheEntriesOfABurstWhereTheFileCannotBeOpened) {
+  const LogFolder folder;
+  SimpleFileLogger logger(folder.Path());
+  const SimpleFileLogger::Burst burst(logger);
+  EXPECT_NO_THROW(logger.Info("lost"));
+}
+
 TEST(SimpleFileLogger, HasOneInstance) { EXPECT_EQ(SimpleFileLogger::Instance(), SimpleFileLogger::Instance()); }
 
 TEST(SimpleFileLogger, KeepsTheCommonLogInTheStateFolderOfTheUser) {
