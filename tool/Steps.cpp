@@ -14,10 +14,10 @@ constexpr auto kFix = StepKind::kFix;
 
 // The last column becomes true with the commit that gives the library the worker.
 constexpr Step kSteps[] = {
-    {kAction, 0, "reshuffle-frames-by-holder", "", "place anchored frames at their anchors, going by the holders", false},
+    {kAction, 0, "reshuffle-frames-by-holder", "", "place anchored frames at their anchors, going by the holders", true},
     {kAction, 1, "link-contents", "", "describe each link annotation by the text it covers and its target", false},
     {kAction, 2, "style-names", "STYLES.xml", "put the style names of STYLES.xml in the place of style identifiers", true},
-    {kAction, 3, "cut-text", "", "cut every text element down to its first character, painted gray", false},
+    {kAction, 3, "cut-text", "", "cut every text element down to its first character, painted gray", true},
     {kAction, 4, "sync-forms", "FORM.pdf", "take over settings, values and appearances of form fields from FORM.pdf", true},
     {kAction, 5, "toc", "TOC.xml", "build the table of contents", false},
     {kAction, 6, "remove-empty-tags", "", "remove structure elements that hold nothing", true},

@@ -2,6 +2,7 @@
 
 #include "src/actions/AttFix/AttFixAction.h"
 #include "src/actions/AttLayoutTableFix/AttLayoutTableFix.h"
+#include "src/actions/BulletFixer/BulletFixer.h"
 #include "src/actions/EmptyTag/EmptyTagFix.h"
 #include "src/actions/ExtractMathML/ExtractMathMLAction.h"
 #include "src/actions/FixEndNote/FixEndNoteAction.h"
@@ -9,6 +10,7 @@
 #include "src/actions/FootnoteRef/FootnoteRefFix.h"
 #include "src/actions/IDStyleName/IDStyleNameFix.h"
 #include "src/actions/RemoveTextFrameMarkers/RemoveTextFrameMarkersAction.h"
+#include "src/actions/ReshuffleAnchoredFrames/RafProcessor.h"
 #include "src/actions/ReshuffleAnchoredFramesV2/ActionRAFv2.h"
 #include "src/actions/UserAltText/UserAltTextFix.h"
 #include "src/common/ContentCommands.h"
@@ -28,13 +30,28 @@ namespace {
 /// A number that is reserved and deliberately does nothing.
 int RunNothing(PDDoc, const char*) { return TGX_OK; }
 
-/// Without a verdict: also a document without a structure tree is a success.
+// The next two have no verdict: a document without a structure tree is a success, too.
+
+int ReshuffleFramesByHolder(PDDoc document, const char*) {
+  RafProcessor worker;
+  worker.Run(document);
+  return TGX_OK;
+}
+
 int RenameStyles(PDDoc document, const char* path) {
   if (path == nullptr) return TGX_NO_PATH;
   IDStyleNameFix worker;
   worker.SetDocument(document);
   worker.Run(path);
   return TGX_OK;
+}
+
+int CutText(PDDoc document, const char*) {
+  const bool succeeded = [document] {
+    BulletFixer worker;
+    return worker.Run(document);
+  }();
+  return succeeded ? TGX_OK : TGX_FAILED;
 }
 
 int RemoveDummyImagesOfAllPages(PDDoc document, const char*) {
@@ -107,7 +124,9 @@ bool RunRoleMapFix(PDDoc document) {
 
 // clang-format off
 constexpr ActionRow kActions[] = {
+    {0, ReshuffleFramesByHolder},
     {2, RenameStyles},
+    {3, CutText},
     {4, SynchroniseForms},
     {6, RunWorker<EmptyTagFix>},
     {7, RunWorker<EmptyTagFix, &EmptyTagFix::MarkEmpty>},

@@ -142,7 +142,27 @@ std::string WithFootnotesAndFormulas() {
   return doc.Write();
 }
 
+/// A frame in a holder, with all that leaves the pages with it.
+std::string WithFrames() {
+  const auto mark = [](const std::u16string& alt) { return Element("Span").Alt(std::u16string_view(alt)); };
+  TestDocument doc;
+  Page& page = doc.AddPage();
+  page.Add(test::Ops("q 1 0 0 1 0 100 cm BI /W 1 /H 1 /BPC 8 /CS /RGB /F /AHx ID 000000> EI Q"));
+  doc.Tree({Element("Document")({
+      Element("P").Text(page, "text").Add(mark(u"\u222Ef").Text(page, "a")),
+      Element("Sect").Title(u"\u2230")({mark(u"\u2264f").Text(page, "s"),
+                                        Element("Sect")({Element("Story"), Element("H2").Text(page, "one")}),
+                                        mark(u"\u2265f").Text(page, "e")}),
+  })});
+  return doc.Write();
+}
+
 const SweptOperation kOperations[] = {
+    {"ReshuffleFramesByHolder",
+     WithFrames,
+     [](OpenDocument& document) { return document.Action(0); },
+     {.mayStayOpen = {"pages", "contents"}}},
+    {"CutText", WithFrames, [](OpenDocument& document) { return document.Action(3); }},
     {"LinkFootnotes",
      WithFootnotesAndFormulas,
      [](OpenDocument& document) { return document.Action(10); },
