@@ -143,5 +143,23 @@ void TGXHost_DropUnchangedContent(PDDoc document) {
   CodeOf([&] { Document::Of(document).Contents().DropUnchanged(); });
 }
 
+size_t TGXHost_RemovedContentCount(PDDoc document) {
+  return Answer(size_t{0}, [&] { return Document::Of(document).Contents().Removed().size(); });
+}
+
+int TGXHost_RemovedContent(PDDoc document, size_t index, TGXHostRemovedContent* content) {
+  return CodeOf([&] {
+    Given(NotNull(content, "the place for the content"));
+    *content = DescribeRemoved(Document::Of(document).Contents(), index);
+  });
+}
+
+int TGXHost_RemovedContentBox(PDDoc document, size_t index, ASFixedRect* box) {
+  return CodeOf([&] {
+    NotNull(box, "the place for the box");
+    *box = BoxOfRemoved(Document::Of(document).Contents(), index);
+  });
+}
+
 int TGXHost_LastErrorCode(void) { return Last().code; }
 const char* TGXHost_LastError(void) { return Last().text.c_str(); }

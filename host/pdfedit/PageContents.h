@@ -12,6 +12,7 @@
 #include "host/cos/CosObserver.h"
 #include "host/pdfedit/model/DocumentFonts.h"
 #include "host/pdfedit/model/PageModel.h"
+#include "host/pdfedit/model/RemovedContent.h"
 
 namespace tgx::host {
 
@@ -49,6 +50,10 @@ class PageContents : public CosObserver {
   /// Commits what was edited on a page. Never throws: a failure shows when the document is written.
   void Commit(PageModel& page) noexcept;
 
+  /// What commits have taken off the pages, in their order.
+  const std::vector<RemovedElement>& Removed() const { return removed_; }
+  void NoteRemoved(RemovedElement element) { removed_.push_back(element); }
+
   Document& InDocument() const { return document_; }
   DocumentFonts& Fonts() { return fonts_; }
 
@@ -73,6 +78,7 @@ class PageContents : public CosObserver {
   std::uint64_t unknownEdits_ = 0;
   std::vector<ASInt32> waiting_;  ///< page indices
   std::vector<ASInt32> failed_;   ///< pages whose commit failed
+  std::vector<RemovedElement> removed_;
   std::vector<std::unique_ptr<PageModel>> pages_;
 };
 

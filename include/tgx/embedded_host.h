@@ -80,6 +80,23 @@ TGX_HOST_EXPORT void TGXHost_CutFrames(size_t depth);
 /* Gives back the memory of the parsed content of pages that nobody changed. Only between calls of the library's exports. */
 TGX_HOST_EXPORT void TGXHost_DropUnchangedContent(PDDoc document);
 
+/* Something that a page painted and does not paint any more, because an edit of its content took it away. */
+typedef struct TGXHostRemovedContent {
+  uint32_t size;         /* sizeof(TGXHostRemovedContent); another value is kASBadParameter */
+  int32_t page;          /* index of the page, from 0 */
+  int32_t kind;          /* kPDEText, kPDEPath, kPDEImage, kPDEForm, kPDEShading, kPDEXObject or kPDEPS */
+  int32_t mcid;          /* of the innermost marked content around it that has one, else -1 */
+  int32_t width, height; /* of an image, in samples; else 0 */
+} TGXHostRemovedContent;
+
+/* What the committed edits have taken off the pages since the document was opened, in the order of the commits: who notes
+ * the number before a call of the library's exports sees what the call took away. A text that lost some of its characters
+ * counts once for every commit that took some. RemovedContent gives 0, kASOutOfRange or kASBadParameter; RemovedContentBox
+ * gives the bounding box as the page had it, in its user space. Only between calls of the library's exports. */
+TGX_HOST_EXPORT size_t TGXHost_RemovedContentCount(PDDoc document);
+TGX_HOST_EXPORT int TGXHost_RemovedContent(PDDoc document, size_t index, TGXHostRemovedContent* content);
+TGX_HOST_EXPORT int TGXHost_RemovedContentBox(PDDoc document, size_t index, ASFixedRect* box);
+
 /* Code (kAS... of host.h) and UTF-8 text of the last failure of a function above; 0 and empty after a success. The text
  * is the host's, never null, good until the next call of a function above. */
 TGX_HOST_EXPORT int TGXHost_LastErrorCode(void);

@@ -1,4 +1,5 @@
 #include <cstdlib>
+#include <filesystem>
 #include <fstream>
 #include <map>
 #include <set>
@@ -206,6 +207,7 @@ void ExpectGolden(const std::string& name, const std::string& text) {
   const std::string path = SourcePath("tests/golden/" + name + ".txt");
   const char* update = std::getenv("UPDATE");
   if (update != nullptr && std::string(update) == "1") {
+    std::filesystem::create_directories(std::filesystem::path(path).parent_path());
     std::ofstream(path, std::ios::binary) << text;
     return;
   }

@@ -145,6 +145,8 @@ class PageModel {
   void CommitProperties();
   void CommitProperties(std::uint32_t number);
   void CommitAdditions(std::uint32_t list);
+  void NoteRemoval(std::uint32_t root);
+  void NoteShortening(std::uint32_t text);
   std::uint32_t EndOf(std::uint32_t list);
   void PutContent(const std::string& content);
 

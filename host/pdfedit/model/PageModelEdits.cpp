@@ -113,7 +113,10 @@ void PageModel::TextChanged(std::uint32_t text) {
 void PageModel::Commit() {
   CommitProperties();
   if (!uncommitted_) return;
-  for (const std::uint32_t element : removed_) At(element).flags |= Element::kGone;
+  for (const std::uint32_t element : removed_) {
+    NoteRemoval(element);
+    At(element).flags |= Element::kGone;
+  }
   gone_.insert(gone_.end(), removed_.begin(), removed_.end());
   removed_.clear();
   for (const std::uint32_t container : editedTags_) {
@@ -122,6 +125,7 @@ void PageModel::Commit() {
   }
   editedTags_.clear();
   for (const std::uint32_t text : editedTexts_) {
+    NoteShortening(text);
     TextEdit& edit = textEdits_[text];
     edit.committed = edit.runs;
     edit.isCommitted = true;
