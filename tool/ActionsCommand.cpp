@@ -9,6 +9,7 @@ namespace tgx::tool {
 namespace {
 
 std::string NumberOf(const Step& step) {
+  if (step.kind == StepKind::kTool) return "-";
   char text[16];
   std::snprintf(text, sizeof text, step.kind == StepKind::kAction ? "%u" : "0x%x", step.number);
   return text;
@@ -42,7 +43,7 @@ std::string StepList() {
   std::size_t width = 0;
   for (const Step& step : Steps()) width = std::max(width, CallOf(step).size());
   return "Actions, by number or name:\n" + ListOf(StepKind::kAction, width) + "\nFixes, by bit or name:\n" +
-         ListOf(StepKind::kFix, width);
+         ListOf(StepKind::kFix, width) + "\nSteps of the command's own, by name:\n" + ListOf(StepKind::kTool, width);
 }
 
 }  // namespace tgx::tool

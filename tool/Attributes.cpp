@@ -3,6 +3,7 @@
 #include <cmath>
 #include <string_view>
 
+#include "tool/Elements.h"
 #include "tool/HostCalls.h"
 #include "tool/TextString.h"
 
@@ -11,11 +12,7 @@ namespace {
 
 using Json = nlohmann::ordered_json;
 
-std::string StringOf(CosObj string) {
-  ASTArraySize count = 0;
-  const char* bytes = CosStringValue(string, &count);
-  return DecodeTextString(std::string_view(bytes, static_cast<std::size_t>(count)));
-}
+std::string StringOf(CosObj string) { return DecodeTextString(BytesOf(string)); }
 
 std::string NameOf(CosObj name) { return DecodeName(ASAtomGetString(CosNameValue(name))); }
 

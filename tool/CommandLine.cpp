@@ -7,6 +7,7 @@
 
 #include "tool/ActionsCommand.h"
 #include "tool/Files.h"
+#include "tool/FixCommand.h"
 #include "tool/HelpTexts.h"
 #include "tool/Messages.h"
 #include "tool/RunCommand.h"
@@ -33,11 +34,13 @@ struct PasswordOptions {
   }
 };
 
-CLI::App& AddRun(CLI::App& app, RunOptions& options, PasswordOptions& password) {
-  CLI::App& command = *app.add_subcommand("run", "Run steps on a document, in the order given, and save the result");
+void AddFiles(CLI::App& command, WorkOptions& options) {
   command.add_option("INPUT", options.input, "the document")->required()->type_name("");
   command.add_option("-o,--output", options.output, "where the result goes")->required()->type_name("OUTPUT");
-  command.add_option("STEP", options.steps, "what to do")->required()->type_name("");
+}
+
+/// The options that all commands have that change a document.
+void AddWorkOptions(CLI::App& command, WorkOptions& options, PasswordOptions& password) {
   command.add_flag("--keep-going", options.keepGoing, "go on after a step that failed, and save");
   password.AddTo(command);
   command.add_flag("--json", options.json, "report as JSON");
@@ -46,7 +49,48 @@ CLI::App& AddRun(CLI::App& app, RunOptions& options, PasswordOptions& password) 
   command.add_flag("--deterministic", options.save.deterministic, "same input, same bytes; not for encrypted output");
   command.add_flag("--decrypt", options.save.decrypt, "write without the encryption of INPUT, which is kept otherwise");
   command.add_flag("--force", options.force, "replace OUTPUT if it exists, also if it is INPUT");
+}
+
+CLI::App& AddRun(CLI::App& app, RunOptions& options, PasswordOptions& password) {
+  CLI::App& command = *app.add_subcommand("run", "Run steps on a document, in the order given, and save the result");
+  AddFiles(command, options);
+  command.add_option("STEP", options.steps, "what to do")->required()->type_name("");
+  AddWorkOptions(command, options, password);
   command.footer("\n" + std::string(kStepForms) + StepList() + "\n" + kExitStatus);
+  return command;
+}
+
+/// The steps of a repair, a line each.
+std::string FixStepList() {
+  std::string list = "Steps, in this order:\n";
+  for (const FixStep& step : FixSteps()) {
+    list.append("  ").append(step.name);
+    if (!step.option.empty()) list.append(" (with ").append(step.option).append(")");
+    if (!step.byDefault) list.append(" (with --with)");
+    if (!FindStep(step.name)->built) list.append(" (not in this build yet)");
+    list.append("\n");
+  }
+  return list;
+}
+
+CLI::App& AddFix(CLI::App& app, FixOptions& options, PasswordOptions& password) {
+  CLI::App& command = *app.add_subcommand("fix", "Repair a document: all steps that apply, in the order that fits them");
+  AddFiles(command, options);
+  FixChoices& choices = options.choices;
+  command.add_option("--styles", choices.styles, "the style names, for style-names")->type_name("STYLES.xml");
+  command.add_option("--toc", choices.contents, "the table of contents, for toc")->type_name("TOC.xml");
+  command.add_option("--tables", choices.tables, "the kinds of the tables, for layout-tables")->type_name("TABLES.tsv");
+  command.add_option("--forms", choices.form, "the form to take over from, for sync-forms")->type_name("FORM.pdf");
+  command.add_option("--skip", choices.skip, "steps to leave out")
+      ->delimiter(',')
+      ->type_name("STEP,...")
+      ->allow_extra_args(false);
+  command.add_option("--with", choices.with, "steps to add that are off otherwise")
+      ->delimiter(',')
+      ->type_name("STEP,...")
+      ->allow_extra_args(false);
+  AddWorkOptions(command, options, password);
+  command.footer("\n" + FixStepList() + "\n" + kExitStatus);
   return command;
 }
 
@@ -54,6 +98,7 @@ CLI::App& AddTree(CLI::App& app, TreeOptions& options, PasswordOptions& password
   CLI::App& command = *app.add_subcommand("tree", "Print the structure tree of a document");
   command.add_option("INPUT", options.input, "the document")->required()->type_name("");
   command.add_flag("--json", options.json, "as JSON, not as an outline");
+  command.add_flag("--text", options.text, "with the text of the marked content");
   command.add_flag("--quiet", options.quiet, "no warnings");
   password.AddTo(command);
   command.footer(std::string("\n") + kExitStatus);
@@ -64,9 +109,11 @@ CLI::App& AddTree(CLI::App& app, TreeOptions& options, PasswordOptions& password
 struct CommandLine {
   CLI::App app{"tgx repairs tagged PDF documents.", "tgx"};
   RunOptions runOptions;
+  FixOptions fixOptions;
   TreeOptions treeOptions;
-  PasswordOptions runPassword, treePassword;
+  PasswordOptions runPassword, fixPassword, treePassword;
   CLI::App& run = AddRun(app, runOptions, runPassword);
+  CLI::App& fix = AddFix(app, fixOptions, fixPassword);
   CLI::App& tree = AddTree(app, treeOptions, treePassword);
   CLI::App& actions = *app.add_subcommand("actions", "List the actions and fixes: numbers, names, what each takes");
 
@@ -80,6 +127,10 @@ struct CommandLine {
     if (run.parsed()) {
       runOptions.password = runPassword.Get();
       return RunRunCommand(runOptions);
+    }
+    if (fix.parsed()) {
+      fixOptions.password = fixPassword.Get();
+      return RunFixCommand(fixOptions);
     }
     if (tree.parsed()) {
       treeOptions.password = treePassword.Get();

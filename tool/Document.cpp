@@ -10,6 +10,7 @@
 
 #include "tool/Files.h"
 #include "tool/Messages.h"
+#include "tool/ToolSteps.h"
 
 namespace tgx::tool {
 namespace {
@@ -26,6 +27,10 @@ std::string OpenFailure(const std::string& path, bool passwordGiven) {
   return passwordGiven ? "the password is wrong" : "needs a password; see --password and --password-file";
 }
 
+std::string WithFileName(const std::string& path, const std::string& text) {
+  return text.starts_with(path) ? text : path + ": " + text;
+}
+
 /// An action's record, with its path stored behind the fixed part.
 class ActionRecord {
  public:
@@ -40,12 +45,19 @@ class ActionRecord {
   std::vector<char> memory_;  // zero, and aligned for every type
 };
 
-int Apply(PDDoc document, const StepCall& step) {
+/// The warnings of a file that are told; the others are only counted.
+constexpr std::size_t kMostWarnings = 10;
+
+StepResult Apply(PDDoc document, const StepCall& step) {
+  if (step.kind == StepKind::kTool) return RunToolStep(document, step.name);
+  int code = TGX_OK;
   if (step.kind == StepKind::kAction) {
-    return TGX_Action(document, ActionRecord(static_cast<std::int32_t>(step.number), step.path).Params());
+    code = TGX_Action(document, ActionRecord(static_cast<std::int32_t>(step.number), step.path).Params());
+  } else {
+    const TGXFixupParams params = {0, step.number};
+    code = TGX_Fixups(document, &params);
   }
-  const TGXFixupParams params = {0, step.number};
-  return TGX_Fixups(document, &params);
+  return {code, TGX_GetLastError()};
 }
 
 }  // namespace
@@ -63,17 +75,33 @@ Document::Document(std::string path, const std::optional<std::string>& password)
 
 Document::~Document() {
 #ifdef __SANITIZE_ADDRESS__
-  TGXHost_Close(handle_);  // else everything would count as leaked
+  Close();  // else everything would count as leaked
 #endif
+}
+
+void Document::Close() {
+  TGXHost_Close(handle_);
+  handle_ = nullptr;
+}
+
+void Document::TellWarnings() {
+  const std::size_t count = TGXHost_WarningCount(handle_);
+  for (; warningsTold_ < count; ++warningsTold_) {
+    if (warningsTold_ == kMostWarnings) {
+      Warn(path_ + ": " + std::to_string(count - kMostWarnings) + " more warnings of damage; qpdf --check tells all");
+      warningsTold_ = count;
+      return;
+    }
+    Warn("warning: " + WithFileName(path_, TGXHost_Warning(handle_, warningsTold_)));
+  }
 }
 
 StepResult Document::Run(const StepCall& step) {
   const std::size_t frames = TGXHost_FrameDepth();
-  const int code = Apply(handle_, step);
-  StepResult result = {code, TGX_GetLastError()};
+  StepResult result = Apply(handle_, step);
   TGXHost_CutFrames(frames);
   TGXHost_DropUnchangedContent(handle_);
-  if (code == TGX_UNKNOWN_ACTION && result.error.empty()) result.error = "there is no such action";
+  if (result.code == TGX_UNKNOWN_ACTION && result.error.empty()) result.error = "there is no such action";
   return result;
 }
 

@@ -5,6 +5,7 @@
 
 #include <tgx/embedded_host.h>
 
+#include "tool/StepResult.h"
 #include "tool/Steps.h"
 
 namespace tgx::tool {
@@ -13,12 +14,6 @@ struct SaveChoices {
   bool linearize = false;
   bool deterministic = false;
   bool decrypt = false;
-};
-
-/// What became of a step: a result code of tgx.h, and the library's text where there is one.
-struct StepResult {
-  int code;
-  std::string error;
 };
 
 /// A file opened by the embedded host, worked on by the library. It stays open when its scope ends: the program ends soon
@@ -36,12 +31,19 @@ class Document {
 
   StepResult Run(const StepCall& step);
 
+  /// Tells on standard error what was found wrong with the file, as far as it has not been told yet: a few lines at most.
+  void TellWarnings();
+
+  /// Ends the document here and now, when another is to be opened in its place.
+  void Close();
+
   /// Throws Failure; the target is then as it was.
   void Save(const std::string& path, const SaveChoices& choices);
 
  private:
   std::string path_;
   PDDoc handle_;
+  std::size_t warningsTold_ = 0;
 };
 
 }  // namespace tgx::tool

@@ -60,6 +60,13 @@ void RequireWritable(const std::string& input, const std::string& output, bool f
   throw Failure(output, same ? "is the input; --force replaces it" : "exists already; --force replaces it");
 }
 
+FileVersion VersionOf(const std::string& path) {
+  struct stat status = {};
+  if (stat(path.c_str(), &status) != 0) return {};
+  return {static_cast<std::int64_t>(status.st_dev), static_cast<std::int64_t>(status.st_ino), status.st_size,
+          status.st_mtim.tv_sec, status.st_mtim.tv_nsec};
+}
+
 std::string ReadFirstLine(const std::string& path) {
   std::ifstream file(path, std::ios::binary);
   if (!file) throw Failure(path, errno == ENOENT ? "no such file" : Reason(errno));

@@ -70,18 +70,19 @@ std::string CommandSection(const CLI::App& command) {
   return section;
 }
 
-/// The step as its number asks for it.
+/// The step as its number asks for it, in parentheses; nothing for a step without a number.
 std::string NumberForm(const Step& step) {
-  if (step.kind == StepKind::kAction) return "action=" + std::to_string(step.number);
+  if (step.kind == StepKind::kTool) return "";
+  if (step.kind == StepKind::kAction) return " (action=" + std::to_string(step.number) + ")";
   char mask[24];
-  std::snprintf(mask, sizeof mask, "fixups=0x%x", step.number);
+  std::snprintf(mask, sizeof mask, " (fixups=0x%x)", step.number);
   return mask;
 }
 
 std::string StepEntry(const Step& step) {
   std::string head = Bold(step.name);
   if (!step.argument.empty()) head += ":" + Italic(step.argument);
-  return Entry(head, Escaped(std::string(step.help) + " (" + NumberForm(step) + ")"));
+  return Entry(head, Escaped(std::string(step.help) + NumberForm(step)));
 }
 
 std::string StepSection(const char* title, StepKind kind) {
@@ -108,6 +109,7 @@ std::string ManualPage(const CLI::App& app) {
   for (const CLI::App* command : commands) page += CommandSection(*command);
   page += ".SH STEPS\n" + Preformatted(kStepForms);
   page += StepSection("Actions", StepKind::kAction) + StepSection("Fixes", StepKind::kFix);
+  page += StepSection("Steps of the command's own", StepKind::kTool);
   page += ".SH EXIT STATUS\n" + Preformatted(kExitStatus);
   page += ".SH SEE ALSO\n.BR qpdf (1)\n";
   return page;

@@ -14,19 +14,58 @@ Json AsJson(const StepReport& step) {
   object["step"] = step.call.name;
   if (step.call.kind == StepKind::kAction) {
     object["action"] = static_cast<std::int32_t>(step.call.number);
-  } else {
+  } else if (step.call.kind == StepKind::kFix) {
     object["fixups"] = step.call.number;
   }
   object["result"] = step.result.code;
   object["error"] = step.result.error;
+  if (step.undoneFor) object["skipped"] = {{"page", step.undoneFor->page}, {"reason", step.undoneFor->reason}};
   return object;
 }
 
 std::string AsText(const StepReport& step) {
   std::string line = step.call.name + ": ";
-  line += step.result.code == 0 ? "done" : "failed with " + std::to_string(step.result.code);
+  if (step.undoneFor) {
+    line += "skipped: page " + std::to_string(step.undoneFor->page) + ": " + step.undoneFor->reason;
+  } else {
+    line += step.result.code == 0 ? "done" : "failed with " + std::to_string(step.result.code);
+  }
   if (!step.result.error.empty()) line += ": " + step.result.error;
   return OneLine(line) + "\n";
+}
+
+void AddSummary(const RepairSummary& summary, Json& object) {
+  const ElementChanges changes = Compare(summary.before, summary.after);
+  object["changes"] = {{"tagsRemoved", changes.removed},           {"tagsAdded", changes.added},
+                       {"tagsRenamed", changes.renamed},           {"imagesRemoved", summary.removedImages},
+                       {"contentRemoved", summary.removedContent}, {"textsRewritten", summary.rewrittenTexts}};
+  Json counts = Json::object();
+  for (const CountName& name : kCountNames) {
+    counts[std::string(name.key)] = {{"before", summary.before[name.what]}, {"after", summary.after[name.what]}};
+  }
+  object["counts"] = std::move(counts);
+}
+
+std::string Line(std::string_view what, const std::string& value) { return "  " + std::string(what) + ": " + value + "\n"; }
+
+std::string AsText(const RepairSummary& summary) {
+  const ElementChanges changes = Compare(summary.before, summary.after);
+  std::string text;
+  const auto tell = [&text](std::string_view what, std::size_t number) {
+    if (number != 0) text += Line(what, std::to_string(number));
+  };
+  tell("tags removed", changes.removed);
+  tell("tags added", changes.added);
+  tell("tags renamed", changes.renamed);
+  tell("images of 1 by 1 sample removed from the pages", summary.removedImages);
+  tell("other content of marks removed from the pages", summary.removedContent);
+  tell("texts of marks written anew as UTF-16", summary.rewrittenTexts);
+  for (const CountName& name : kCountNames) {
+    const std::size_t before = summary.before[name.what];
+    const std::size_t after = summary.after[name.what];
+    if (before != after) text += Line(name.text, std::to_string(before) + " before, " + std::to_string(after) + " now");
+  }
+  return text.empty() ? "nothing had to be changed\n" : "what changed:\n" + text;
 }
 
 }  // namespace
@@ -39,12 +78,14 @@ std::string AsJson(const Report& report) {
   object["steps"] = Json::array();
   for (const StepReport& step : report.steps) object["steps"].push_back(AsJson(step));
   object["saved"] = report.saved;
+  if (report.summary) AddSummary(*report.summary, object);
   return object.dump(-1, ' ', false, Json::error_handler_t::replace) + "\n";
 }
 
 std::string AsText(const Report& report) {
   std::string text;
   for (const StepReport& step : report.steps) text += AsText(step);
+  if (report.summary) text += AsText(*report.summary);
   return text + OneLine(report.saved ? "saved " + report.output : "nothing was written") + "\n";
 }
 

@@ -1,9 +1,12 @@
 #pragma once
 
+#include <optional>
 #include <string>
 #include <vector>
 
-#include "tool/Document.h"
+#include "tool/Census.h"
+#include "tool/Guard.h"
+#include "tool/StepResult.h"
 #include "tool/Steps.h"
 
 namespace tgx::tool {
@@ -11,6 +14,15 @@ namespace tgx::tool {
 struct StepReport {
   StepCall call;
   StepResult result;
+  std::optional<Loss> undoneFor;  ///< set where the step was undone
+};
+
+/// What a repair found and changed, as counted in the document.
+struct RepairSummary {
+  Census before, after;
+  std::size_t rewrittenTexts = 0;
+  std::size_t removedImages = 0;   ///< of one sample, from the pages
+  std::size_t removedContent = 0;  ///< other things that pages painted
 };
 
 /// What a run did.
@@ -19,12 +31,13 @@ struct Report {
   std::vector<StepReport> steps;
   bool saved = false;
   int status = 0;  ///< exit status of the run
+  std::optional<RepairSummary> summary;
 };
 
 /// The report for programs, version 1, on one line. Keys are added, never changed.
 std::string AsJson(const Report& report);
 
-/// The report for people: a line a step, and whether the output was written.
+/// The report for people: a line a step, what a repair changed, and whether the output was written.
 std::string AsText(const Report& report);
 
 }  // namespace tgx::tool

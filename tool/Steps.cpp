@@ -11,6 +11,7 @@ namespace {
 
 constexpr auto kAction = StepKind::kAction;
 constexpr auto kFix = StepKind::kFix;
+constexpr auto kTool = StepKind::kTool;
 
 // The last column becomes true with the commit that gives the library the worker.
 constexpr Step kSteps[] = {
@@ -43,6 +44,7 @@ constexpr Step kSteps[] = {
     {kFix, 0x80, "table-layout", "", "dissolve tables that hold other elements than those of tables", true},
     {kFix, 0x100, "button-widgets", "", "turn the widgets of push buttons into stamps", true},
     {kFix, 0x200, "role-map", "", "remove types that are mapped to themselves from the role map", true},
+    {kTool, 0, "plain-languages", "", "write languages in brackets the way that readers know: [Lang=de] becomes de", true},
 };
 
 /// A whole number, decimal or with 0x in front; nothing before it and nothing after.

@@ -1,12 +1,14 @@
 #include "tool/StructureTree.h"
 
 #include <algorithm>
-#include <set>
-#include <unordered_map>
 #include <unordered_set>
 
 #include "tool/Attributes.h"
+#include "tool/ContentText.h"
+#include "tool/Elements.h"
 #include "tool/HostCalls.h"
+#include "tool/PageNumbers.h"
+#include "tool/Roles.h"
 #include "tool/TextString.h"
 
 namespace tgx::tool {
@@ -17,25 +19,22 @@ constexpr std::size_t kMaximalDepth = 1024;
 
 std::string AtomText(ASAtom atom) { return atom == ASAtomNull ? std::string() : DecodeName(ASAtomGetString(atom)); }
 
-/// The text that one of the host's getters gives: it is asked for the length, then for the bytes.
 template <typename Getter>
 std::string GetText(PDSElement element, Getter getter) {
-  std::string bytes(static_cast<std::size_t>(getter(element, nullptr)), '\0');
-  if (!bytes.empty()) getter(element, reinterpret_cast<ASUns8*>(bytes.data()));
-  return DecodeTextString(bytes);
+  return DecodeTextString(TextOf(element, getter));
 }
 
 /// Reads one document's tree; keeps what many elements ask for again.
 class Reader {
  public:
-  explicit Reader(PDDoc document) : document_(document) {}
+  Reader(PDDoc document, bool withTexts) : document_(document), withTexts_(withTexts), roles_(document) {}
 
   StructureTree Read() {
     tree_.lang = StringEntry(CosDocGetRoot(PDDocGetCosDoc(document_)), "Lang");
     PDSTreeRoot root = {};
     tree_.present = PDDocGetStructTreeRoot(document_, &root) != 0;
     if (!tree_.present) return std::move(tree_);
-    ReadRoleMap(root);
+    ReadRoleMap();
     const ASInt32 count = PDSTreeRootGetNumKids(root);
     for (ASInt32 i = 0; i < count; ++i) {
       PDSElement element = {};
@@ -46,49 +45,9 @@ class Reader {
   }
 
  private:
-  void ReadRoleMap(PDSTreeRoot root) {
-    PDSRoleMap map = {};
-    if (PDSTreeRootGetRoleMap(root, &map) == 0) return;
-    roleMap_ = map;
-    const auto add = [](CosObj key, CosObj value, void* data) -> ASBool {
-      if (CosObjGetType(value) == CosName) {
-        auto& entries = *static_cast<std::vector<std::pair<ASAtom, ASAtom>>*>(data);
-        entries.emplace_back(CosNameValue(key), CosNameValue(value));
-      }
-      return 1;
-    };
-    std::vector<std::pair<ASAtom, ASAtom>> entries;
-    CosObjEnum(map, add, &entries);
-    for (const auto& [from, to] : entries) tree_.roleMap.emplace_back(AtomText(from), AtomText(to));
+  void ReadRoleMap() {
+    for (const auto& [from, to] : roles_.Entries()) tree_.roleMap.emplace_back(AtomText(from), AtomText(to));
     std::sort(tree_.roleMap.begin(), tree_.roleMap.end());
-  }
-
-  /// Where the role map leads from a type, over as many entries as it takes; a circle ends where it closes.
-  const std::string& RoleOf(ASAtom type) {
-    const auto known = roles_.find(type);
-    if (known != roles_.end()) return known->second;
-    ASAtom role = type;
-    std::set<ASAtom> seen;
-    while (roleMap_ && seen.insert(role).second) {
-      const ASAtom next = PDSRoleMapGetDirectMap(*roleMap_, role);
-      if (next == ASAtomNull) break;
-      role = next;
-    }
-    return roles_.emplace(type, AtomText(role)).first->second;
-  }
-
-  /// 0 for what is no page of the document.
-  std::int32_t PageNumberOf(CosObj page) {
-    if (IsNull(page)) return 0;
-    const auto [entry, isNew] = pages_.emplace(KeyOf(page), 0);
-    if (!isNew) return entry->second;
-    try {
-      const HostFrame frame;
-      entry->second = PDPageNumFromCosObj(page) + 1;
-    } catch (const HostFailure&) {
-      entry->second = 0;
-    }
-    return entry->second;
   }
 
   std::unique_ptr<Element> ReadElement(PDSElement element, std::size_t depth) {
@@ -108,7 +67,7 @@ class Reader {
   void ReadProperties(PDSElement element, Element& result) {
     const ASAtom type = PDSElementGetType(element);
     result.type = AtomText(type);
-    result.role = RoleOf(type);
+    result.role = AtomText(roles_.Resolve(type));
     const CosObj dictionary = PDSElementGetCosObj(element);
     if (CosObjGetType(CosDictGetKeyString(dictionary, "T")) == CosString)
       result.title = GetText(element, PDSElementGetTitle);
@@ -125,10 +84,26 @@ class Reader {
     PDSMCInfo info = {};
     info.size = sizeof info;
     const ASAtom type = PDSElementGetKidWithMCInfo(parent, index, &kid, &info, nullptr, &page);
-    if (type == structElem_) return ReadElement(kid, depth + 1);
-    if (type == mc_) return MarkedContent{info.mcid, PageNumberOf(page)};
-    if (type == objr_) return ObjectReference{TypeOfObject(kid), PageNumberOf(page)};
+    if (type == types_.element) return ReadElement(kid, depth + 1);
+    if (type == types_.markedContent) {
+      return MarkedContent{info.mcid, pages_.NumberOf(page), withTexts_ ? TextOfKid(parent, index) : std::nullopt};
+    }
+    if (type == types_.object) return ObjectReference{TypeOfObject(kid), pages_.NumberOf(page)};
     return UnknownKid{AtomText(type)};
+  }
+
+  /// Nothing where the page lacks the content, or cannot be read.
+  static std::optional<std::string> TextOfKid(PDSElement parent, ASInt32 index) {
+    try {
+      const HostFrame frame;
+      CosObj kid = {};
+      void* container = nullptr;
+      PDSElementGetKid(parent, index, &kid, &container, nullptr);
+      if (container == nullptr) return std::nullopt;
+      return ShownText(static_cast<PDEContainer>(container));
+    } catch (const HostFailure&) {
+      return std::nullopt;
+    }
   }
 
   static std::string TypeOfObject(CosObj object) {
@@ -144,20 +119,18 @@ class Reader {
 
   PDDoc document_;
   StructureTree tree_;
-  std::optional<PDSRoleMap> roleMap_;
-  std::unordered_map<ASAtom, std::string> roles_;
-  std::unordered_map<std::uint64_t, std::int32_t> pages_;
+  bool withTexts_;
+  Roles roles_;
+  PageNumbers pages_;
   std::unordered_set<std::uint64_t> seen_;
-  ASAtom structElem_ = ASAtomFromString("StructElem");
-  ASAtom mc_ = ASAtomFromString("MC");
-  ASAtom objr_ = ASAtomFromString("OBJR");
+  KidTypes types_;
 };
 
 }  // namespace
 
-StructureTree ReadStructureTree(PDDoc document) {
+StructureTree ReadStructureTree(PDDoc document, bool withTexts) {
   const HostFrame frame;
-  return Reader(document).Read();
+  return Reader(document, withTexts).Read();
 }
 
 }  // namespace tgx::tool

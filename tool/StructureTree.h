@@ -20,6 +20,7 @@ struct Element;
 struct MarkedContent {
   std::int32_t mcid;
   std::int32_t page;
+  std::optional<std::string> text = std::nullopt;  ///< that it shows, where it was asked for and the page has the content
 };
 
 /// An object of a page, as an annotation. `type` is its subtype, else its type, else empty.
@@ -53,7 +54,8 @@ struct StructureTree {
   std::size_t depth = 0;  ///< levels of elements
 };
 
-/// Reads the whole structure tree through the host. Throws HostFailure where the host refuses the tree.
-StructureTree ReadStructureTree(PDDoc document);
+/// Reads the whole structure tree through the host, with the texts of the pages on request. Throws HostFailure where the
+/// host refuses the tree.
+StructureTree ReadStructureTree(PDDoc document, bool withTexts);
 
 }  // namespace tgx::tool

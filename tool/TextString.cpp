@@ -1,5 +1,6 @@
 #include "tool/TextString.h"
 
+#include <algorithm>
 #include <cstdint>
 #include <cstdio>
 
@@ -130,6 +131,28 @@ std::string DecodeTextString(std::string_view bytes) {
 }
 
 std::string DecodeName(std::string_view bytes) { return IsUtf8(bytes) ? std::string(bytes) : DecodePDFDocEncoding(bytes); }
+
+std::string EncodeUtf16(std::string_view utf8) {
+  std::string bytes = "\xFE\xFF";
+  const auto put = [&bytes](char32_t unit) {
+    bytes += static_cast<char>(unit >> 8);
+    bytes += static_cast<char>(unit & 0xFF);
+  };
+  while (!utf8.empty()) {
+    const std::size_t length = std::max<std::size_t>(Utf8Length(utf8), 1);
+    const auto first = static_cast<unsigned char>(utf8[0]);
+    char32_t c = length == 1 ? first : first & (0xFFU >> (length + 1));
+    for (std::size_t i = 1; i < length; ++i) c = c << 6 | (static_cast<unsigned char>(utf8[i]) & 0x3F);
+    if (c >= 0x10000) {
+      put(0xD800 + ((c - 0x10000) >> 10));
+      put(0xDC00 + ((c - 0x10000) & 0x3FF));
+    } else {
+      put(c);
+    }
+    utf8.remove_prefix(length);
+  }
+  return bytes;
+}
 
 bool IsUtf8(std::string_view bytes) {
   while (!bytes.empty()) {

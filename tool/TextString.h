@@ -12,6 +12,9 @@ std::string DecodeTextString(std::string_view bytes);
 /// A PDF name as UTF-8: kept where it is UTF-8 already, else read as PDFDocEncoding.
 std::string DecodeName(std::string_view bytes);
 
+/// Well-formed UTF-8 as a PDF text string: UTF-16BE with its mark.
+std::string EncodeUtf16(std::string_view utf8);
+
 bool IsUtf8(std::string_view bytes);
 
 /// `text` with what a terminal would act on escaped, cut to `limit` characters with an ellipsis.

@@ -12,9 +12,9 @@ namespace {
 /// Readers in wide use stop at 32 levels of structure elements.
 constexpr std::size_t kCommonDepth = 32;
 
-StructureTree ReadTree(const Document& document) {
+StructureTree ReadTree(const Document& document, bool withTexts) {
   try {
-    return ReadStructureTree(document.Handle());
+    return ReadStructureTree(document.Handle(), withTexts);
   } catch (const HostFailure& failure) {
     throw Failure(document.Path(), failure.what());
   }
@@ -31,9 +31,12 @@ void WarnOf(const StructureTree& tree, const std::string& path) {
 }  // namespace
 
 int RunTreeCommand(const TreeOptions& options) {
-  const Document document(options.input, options.password);
-  const StructureTree tree = ReadTree(document);
-  if (!options.quiet) WarnOf(tree, options.input);
+  Document document(options.input, options.password);
+  const StructureTree tree = ReadTree(document, options.text);
+  if (!options.quiet) {
+    document.TellWarnings();
+    WarnOf(tree, options.input);
+  }
   if (options.json) {
     Print(TreeAsJson(tree).dump(-1, ' ', false, Json::error_handler_t::replace) + "\n");
   } else {

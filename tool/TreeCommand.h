@@ -9,6 +9,7 @@ struct TreeOptions {
   std::string input;
   std::optional<std::string> password;
   bool json = false;
+  bool text = false;
   bool quiet = false;
 };
 

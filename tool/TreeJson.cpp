@@ -39,6 +39,7 @@ struct KidConverter {
   Json operator()(const MarkedContent& content) const {
     Json object = {{"mcid", content.mcid}};
     PutPage(object, content.page);
+    PutText(object, "text", content.text);
     return object;
   }
   Json operator()(const ObjectReference& reference) const {

@@ -176,6 +176,25 @@ TEST_F(TreeCommand, OutlineCutsLongTextsAndEscapesControlCharacters) {
   EXPECT_EQ(Outline(document), "Figure alt=\"\\u001b[2J" + std::string(56, 'x') + "\u2026\"\n");
 }
 
+TEST_F(TreeCommand, TextAddsWhatMarkedContentShows) {
+  TestDocument document;
+  Page& page = document.AddPage();
+  Element paragraph("P");
+  paragraph.Mcid(page, page.Mark("P", Marked("Span", "", {Text("one "), Text("two"), Image(2, 2)})));
+  document.Tree({paragraph, Element("Figure").Mark(page, Image(2, 2)), Element("P").Mcid(page, 99)});
+  const Json kids = Json::parse(Run(document, {"--json", "--text"}).out)["kids"];
+  EXPECT_EQ(kids[0]["kids"].dump(), R"([{"mcid":0,"page":1,"text":"one two"}])");
+  EXPECT_EQ(kids[1]["kids"][0]["text"], "");
+  EXPECT_FALSE(kids[2]["kids"][0].contains("text"));
+}
+
+TEST_F(TreeCommand, OutlineWithTextHasALineForEachMarkedContent) {
+  TestDocument document;
+  Page& page = document.AddPage();
+  document.Tree({Element("P").Text(page, "one").Text(page, "two")});
+  EXPECT_EQ(Run(document, {"--text"}).out, "P\n  page 1: mcid 0 \"one\"\n  page 1: mcid 1 \"two\"\n");
+}
+
 TEST_F(TreeCommand, DocumentWithoutATreeIsNoFailure) {
   TestDocument document;
   document.AddPage();

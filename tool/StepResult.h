@@ -1,0 +1,13 @@
+#pragma once
+
+#include <string>
+
+namespace tgx::tool {
+
+/// What became of a step: a result code of tgx.h, and the library's text where there is one.
+struct StepResult {
+  int code;
+  std::string error;
+};
+
+}  // namespace tgx::tool
