@@ -16,7 +16,7 @@ constexpr auto kTool = StepKind::kTool;
 // The last column becomes true with the commit that gives the library the worker.
 constexpr Step kSteps[] = {
     {kAction, 0, "reshuffle-frames-by-holder", "", "place anchored frames at their anchors, going by the holders", true},
-    {kAction, 1, "link-contents", "", "describe each link annotation by the text it covers and its target", false},
+    {kAction, 1, "link-contents", "", "describe each link annotation by the text it covers and its target", true},
     {kAction, 2, "style-names", "STYLES.xml", "put the style names of STYLES.xml in the place of style identifiers", true},
     {kAction, 3, "cut-text", "", "cut every text element down to its first character, painted gray", true},
     {kAction, 4, "sync-forms", "FORM.pdf", "take over settings, values and appearances of form fields from FORM.pdf", true},

@@ -13,6 +13,7 @@
 #include "src/actions/ReshuffleAnchoredFrames/RafProcessor.h"
 #include "src/actions/ReshuffleAnchoredFramesV2/ActionRAFv2.h"
 #include "src/actions/UserAltText/UserAltTextFix.h"
+#include "src/common/CPdfStructureParser.h"
 #include "src/common/ContentCommands.h"
 #include "src/fixes/FixTHeaderFooter/THeaderFooterFixer.h"
 #include "src/fixes/FixTableLayout/TableLayoutFixer.h"
@@ -30,11 +31,17 @@ namespace {
 /// A number that is reserved and deliberately does nothing.
 int RunNothing(PDDoc, const char*) { return TGX_OK; }
 
-// The next two have no verdict: a document without a structure tree is a success, too.
+// The next three have no verdict: a document without a structure tree is a success, too.
 
 int ReshuffleFramesByHolder(PDDoc document, const char*) {
   RafProcessor worker;
   worker.Run(document);
+  return TGX_OK;
+}
+
+int DescribeLinks(PDDoc document, const char*) {
+  CPdfStructureParser worker(document);
+  worker.Run();
   return TGX_OK;
 }
 
@@ -125,6 +132,7 @@ bool RunRoleMapFix(PDDoc document) {
 // clang-format off
 constexpr ActionRow kActions[] = {
     {0, ReshuffleFramesByHolder},
+    {1, DescribeLinks},
     {2, RenameStyles},
     {3, CutText},
     {4, SynchroniseForms},

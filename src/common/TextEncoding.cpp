@@ -66,6 +66,23 @@ void Utf8ToUtf16(const std::string& utf8, ByteVector& utf16) {
   }
 }
 
+void AppendUtf16Units(const ByteVector& utf16, std::u16string& units) {
+  const bool swap = utf16.size() % 2 == 0;
+  for (std::size_t at = 0; at + 1 < utf16.size(); at += 2) {
+    const unsigned first = utf16[at];
+    const unsigned second = utf16[at + 1];
+    units.push_back(static_cast<char16_t>(swap ? first << 8U | second : second << 8U | first));
+  }
+}
+
+void AppendUtf16Bytes(std::u16string_view units, ByteVector& utf16) {
+  utf16.reserve(utf16.size() + 2 * units.size());
+  for (const char16_t unit : units) {
+    utf16.push_back(static_cast<std::uint8_t>(unit >> 8U));
+    utf16.push_back(static_cast<std::uint8_t>(unit & 0xFFU));
+  }
+}
+
 bool StripBom(ByteVector& text) {
   if (text.size() < 2) return false;
   const bool marked = (text[0] == 0xFE && text[1] == 0xFF) || (text[0] == 0xFF && text[1] == 0xFE);

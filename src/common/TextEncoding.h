@@ -23,6 +23,11 @@ void Utf16ToUtf8(const ByteVector& utf16, ByteVector& utf8);
 void Utf16BomToUtf8(const ByteVector& utf16, ByteVector& utf8);
 /// UTF-16BE bytes of UTF-8 up to the first zero byte; no mark.
 void Utf8ToUtf16(const std::string& utf8, ByteVector& utf16);
+/// Appends UTF-16BE bytes as units in the processor's order. An odd number of bytes is not swapped: its pairs are taken as
+/// they lie, without the last byte.
+void AppendUtf16Units(const ByteVector& utf16, std::u16string& units);
+/// Appends the bytes of the units as UTF-16BE.
+void AppendUtf16Bytes(std::u16string_view units, ByteVector& utf16);
 
 /// Takes a leading FE FF or FF FE off and says whether there was one.
 bool StripBom(ByteVector& text);

@@ -8,6 +8,7 @@
 
 #include <gtest/gtest.h>
 
+#include "src/common/CPdfStructureParser.h"
 #include "tests/support/HostFailureSweep.h"
 #include "tests/support/TestDocument.h"
 
@@ -157,7 +158,28 @@ std::string WithFrames() {
   return doc.Write();
 }
 
+/// Links with targets of all kinds.
+std::string WithLinks() {
+  TestDocument doc;
+  Page& page = doc.AddPage();
+  page.Resource("Font", "F1", "<</Type/Font/Subtype/Type1/BaseFont/Helvetica/ToUnicode $map>>");
+  doc.Stream("map", "<<>>", "1 begincodespacerange <00><FF> endcodespacerange");
+  const auto link = [&](const std::string& action) { return page.Annotate("Link").Set("A", action); };
+  doc.Tree({Element("P")({
+      Element("Link").Add(Element("Span").Alt(u"a").Text(page, "one")).Object(link("<</S/URI/URI(x)>>")),
+      Element("Link").Text(page, "two").Object(link("<</S/Launch/F<</F(y)>>>>").Set("Contents", "()")),
+  })});
+  return doc.Write();
+}
+
 const SweptOperation kOperations[] = {
+    {"DescribeLinks",
+     WithLinks,
+     [](OpenDocument& document) {
+       CPdfStructureParser::LinkDepth() = 0;
+       return document.Action(1);
+     },
+     {.mayStayOpen = {"pages", "contents"}, .mayHandleFailures = true}},
     {"ReshuffleFramesByHolder",
      WithFrames,
      [](OpenDocument& document) { return document.Action(0); },
