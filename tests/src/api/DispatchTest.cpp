@@ -1,8 +1,10 @@
 #include "src/api/Dispatch.h"
 
+#include <cstdlib>
 #include <limits>
 #include <stdexcept>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include <gmock/gmock.h>
@@ -194,9 +196,91 @@ TEST_F(Exports, UnknownBitsOfAMaskAreIgnored) {
   EXPECT_EQ(RunsNothing([](OpenDocument& document) { return document.Fixups(0xFFFFFC08); }), kSuccess);
 }
 
-TEST_F(Exports, LastErrorIsEmptyBeforeAnyCallAndNeverNull) {
-  ASSERT_NE(TGX_GetLastError(), nullptr);
+/// What an action's row gives for a path whose address is null, which no record of a call can hold, and what it asked of the
+/// host before.
+std::pair<int, std::vector<std::string>> RowWithoutAPath(int number) {
+  RecordingHost host;
+  const HostSession session(host.Tables());
+  const int result = RunAction(Actions(), number, kDocument, nullptr);
+  return {result, host.Names()};
+}
+
+TEST(Actions, StyleNamesNeedThePath) { EXPECT_EQ(RowWithoutAPath(2), std::pair(4, std::vector<std::string>{})); }
+
+TEST(Actions, FormsTakeTheFileSystemBeforeTheyMissThePath) {
+  EXPECT_EQ(RowWithoutAPath(4), std::pair(4, std::vector<std::string>{"ASGetDefaultFileSys"}));
+}
+
+TEST(Actions, LayoutTablesHaveNothingToDoWithoutThePath) {
+  EXPECT_EQ(RowWithoutAPath(9), std::pair(0, std::vector<std::string>{}));
+}
+
+TEST_F(Exports, FormsRunWithAnEmptyPath) {
   OpenDocument document(SmallDocument());
+  RecordingHost host;
+  const HostSession session(host.Tables());
+  EXPECT_EQ(document.Action(4, "").result, TGX_FAILED) << "there is no such file";
+  EXPECT_EQ(host.Count(test::Operation::PDDocOpen), 1U);
+}
+
+/// The embedded host, but that a document's structure tree is gone at the given asking, counted from 1.
+class HostThatLosesTheTree {
+ public:
+  explicit HostThatLosesTheTree(std::size_t asking) {
+    asked_ = 0, lostAt_ = asking;
+    read_.PDDocGetStructTreeRoot = [](PDDoc document, PDSTreeRoot* root) -> ASBool {
+      return ++asked_ == lostAt_ ? 0 : test::EmbeddedTables()->pdsEditRead->PDDocGetStructTreeRoot(document, root);
+    };
+    tables_.pdsEditRead = &read_;
+  }
+  const HostTables* Tables() const { return &tables_; }
+
+ private:
+  static inline std::size_t asked_ = 0;
+  static inline std::size_t lostAt_ = 0;
+  PDSEditReadTable read_ = *test::EmbeddedTables()->pdsEditRead;
+  HostTables tables_ = *test::EmbeddedTables();
+};
+
+TEST_F(Exports, FixThatFailsKeepsWhatTheFixesBeforeItDid) {
+  TestDocument doc;
+  test::Page& page = doc.AddPage();
+  doc.Tree({test::Element("P")({test::Element("Table").Lang("de")({test::Element("TR").Text(page, "cell")})})});
+  const std::string written = doc.Write();
+  std::size_t askings = 0;
+  {
+    OpenDocument document(written);
+    RecordingHost host;
+    const HostSession session(host.Tables());
+    ASSERT_EQ(document.Fixups(0x3), kSuccess);
+    askings = host.Count(test::Operation::PDDocGetStructTreeRoot);
+  }
+  OpenDocument document(written);
+  {
+    const HostThatLosesTheTree host(askings + 1);
+    const HostSession session(host.Tables());
+    EXPECT_EQ(document.Fixups(0x7), test::kSoftFailure);
+  }
+  EXPECT_EQ(test::SavedTree(document), "Table lang=\"de\"\n  TR\n    mcid 0 page 1\n");
+}
+
+TEST_F(Exports, BothLanguageBitsRunTheMapperTwice) {
+  OpenDocument document(SmallDocument());
+  RecordingHost host;
+  const HostSession session(host.Tables());
+  EXPECT_EQ(document.Fixups(0x30), kSuccess);
+  EXPECT_EQ(host.Count(test::Operation::PDDocGetStructTreeRoot), 2U);
+}
+
+TEST(LastError, IsEmptyBeforeAnyCall) {
+  // In a process of its own: another test may have left a text in this one.
+  GTEST_FLAG_SET(death_test_style, "threadsafe");
+  EXPECT_EXIT(std::_Exit(std::string(TGX_GetLastError()).empty() ? 0 : 1), testing::ExitedWithCode(0), "");
+}
+
+TEST_F(Exports, LastErrorIsEmptyAfterASuccess) {
+  OpenDocument document(SmallDocument());
+  ASSERT_NE(document.Action(4, "").text, "");
   document.Action(18);
   EXPECT_STREQ(TGX_GetLastError(), "");
 }
