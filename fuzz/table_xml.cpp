@@ -1,5 +1,5 @@
-// Reads any bytes as the XML description of tables, writes what it understood and reads it again: the second reading must give
-// what the first gave.
+// Reads any bytes as the XML description of tables, writes what it understood and reads it again: the second reading must
+// give what the first gave.
 #include <algorithm>
 #include <cstdint>
 #include <cstdlib>
