@@ -76,17 +76,19 @@ class Repair {
   bool RunSteps(Document& document, Guard& guard) {
     for (const StepCall& step : plan_) {
       progress_.At(PlaceOf(report_.steps.size() + 1, plan_.size(), step.name));
+      StepReport& entry = report_.steps.emplace_back();
+      entry.call = step;
       const auto undone = undone_.find(step.name);
       if (undone != undone_.end()) {
-        report_.steps.push_back({step, {0, ""}, undone->second});
+        entry.undoneFor = undone->second;
         continue;
       }
-      report_.steps.push_back({step, document.Run(step), std::nullopt});
+      entry.result = document.Run(step);
       if (const std::optional<Loss> loss = guard.Check(step.name)) {
         undone_.emplace(step.name, *loss);
         return false;
       }
-      if (report_.steps.back().result.code != 0 && !options_.keepGoing) break;
+      if (entry.result.code != 0 && !options_.keepGoing) break;
     }
     return true;
   }

@@ -10,8 +10,9 @@ void RunSteps(Document& document, const RunOptions& options, const std::vector<S
               Report& report) {
   for (const StepCall& step : steps) {
     progress.At(PlaceOf(report.steps.size() + 1, steps.size(), step.name));
-    report.steps.push_back({step, document.Run(step), std::nullopt});
-    const StepReport& last = report.steps.back();
+    StepReport& last = report.steps.emplace_back();
+    last.call = step;
+    last.result = document.Run(step);
     if (last.result.code == 0) continue;
     NoteFailure(options, last, "", report);
     if (!options.keepGoing) return;
