@@ -3,6 +3,8 @@
 
 #include <gtest/gtest.h>
 
+#include "tests/support/DataFiles.h"
+#include "tests/support/Hosts.h"
 #include "tests/support/OpenDocument.h"
 #include "tests/support/TestDocument.h"
 #include "tests/support/TreeText.h"
@@ -181,6 +183,43 @@ TEST_F(AcroFormSync, CopiesTheEntriesOfTheWidget) {
   EXPECT_EQ(std::string(reinterpret_cast<const char*>(data->getBuffer()), data->getSize()), "0 0 9 9 re f");
 }
 
+TEST_F(AcroFormSync, CopiesAppearancesWithTheirFontsAndTheFormsInThem) {
+  target_.Text("name");
+  source_.document.Stream("program", "<<>>", "a font program")
+      .Stream("inner", "<</Type/XObject/Subtype/Form/BBox[0 0 9 9]>>", "1 0 0 rg 0 0 9 9 re f")
+      .Stream("face",
+              "<</Type/XObject/Subtype/Form/BBox[0 0 9 9]/Resources<</XObject<</Fm $inner>>/Font<</F9<</Type/Font"
+              "/Subtype/TrueType/FontDescriptor<</FontFile2 $program>>>>>>>>>>",
+              "/Fm Do BT /F9 9 Tf (x) Tj ET");
+  source_.Text("name").Set("AP", "<</N $face>>");
+  EXPECT_EQ(Synchronise(), test::kSuccess);
+  const auto data = [](QPDFObjectHandle stream) {
+    const auto buffer = stream.getStreamData();
+    return std::string(reinterpret_cast<const char*>(buffer->getBuffer()), buffer->getSize());
+  };
+  QPDFObjectHandle face = Field().getKey("/AP").getKey("/N");
+  QPDFObjectHandle resources = face.getDict().getKey("/Resources");
+  EXPECT_EQ(data(face), "/Fm Do BT /F9 9 Tf (x) Tj ET");
+  EXPECT_EQ(data(resources.getKey("/XObject").getKey("/Fm")), "1 0 0 rg 0 0 9 9 re f");
+  EXPECT_EQ(data(resources.getKey("/Font").getKey("/F9").getKey("/FontDescriptor").getKey("/FontFile2")), "a font program");
+}
+
+TEST_F(AcroFormSync, CopiesKeysInTheOrderOfTheirAtoms) {
+  target_.Text("name");
+  for (const char* key : {"KeyThatComesFirst", "AKeyBehindIt"}) test::EmbeddedTables()->core->ASAtomFromString(key);
+  source_.Text("name").Set("A", "<</AKeyBehindIt 2/KeyThatComesFirst 1>>");
+  test::RecordingHost host;
+  const test::HostSession session(host.Tables());
+  EXPECT_EQ(Synchronise(), test::kSuccess);
+  std::vector<std::string> puts;
+  for (const std::string& call : host.Calls()) {
+    if (call.rfind("CosDictPut(", 0) == 0) puts.push_back(call.substr(call.find('"')));
+  }
+  ASSERT_EQ(puts.size(), 2U);
+  EXPECT_EQ(puts[0].substr(0, 19), "\"KeyThatComesFirst\"");
+  EXPECT_EQ(puts[1].substr(0, 14), "\"AKeyBehindIt\"");
+}
+
 TEST_F(AcroFormSync, WritesNoWidgetEntriesOfAMergedFieldWithoutAType) {
   target_.Button("go").Set("Type", "null");
   source_.Button("go").Set("AS", "/On").Set("TU", "(tip)");
@@ -342,6 +381,72 @@ TEST_F(AcroFormSync, FailsWithTheHostsTextForASecondDocumentThatIsNoPdf) {
   const test::Outcome outcome = open.Action(kSyncForms, path_);
   EXPECT_EQ(outcome.result, TGX_FAILED);
   EXPECT_NE(outcome.text.find(path_), std::string::npos) << outcome;
+}
+
+/// Runs on a target with the value "(old)" and a second document of these bytes, written to the path, and gives the outcome.
+class SecondDocument : public AcroFormSync {
+ protected:
+  SecondDocument() {
+    target_.Text("name", "(old)");
+    source_.Text("name", "(new)");
+  }
+
+  test::Outcome SynchroniseWith(const std::string& bytes) {
+    std::ofstream(path_, std::ios::binary) << bytes;
+    OpenDocument open(target_.document.Write());
+    const test::Outcome outcome = open.Action(kSyncForms, path_);
+    file_ = std::make_unique<test::ReadBack>(open.Save());
+    return outcome;
+  }
+
+  std::string Encrypted(const char* password) {
+    return source_.document.Write([&](QPDFWriter& writer) {
+      writer.setR6EncryptionParameters(password, "owner", true, true, true, true, true, true, qpdf_r3p_full, true);
+    });
+  }
+
+  void ExpectRefused(const test::Outcome& outcome, const std::string& reason) {
+    EXPECT_EQ(outcome.result, TGX_FAILED);
+    EXPECT_NE(outcome.text.find(path_ + ": " + reason), std::string::npos) << outcome;
+    EXPECT_EQ(Entry("/V"), "(old)");
+  }
+};
+
+TEST_F(SecondDocument, IsReadThroughAnEncryptionWithoutAPassword) {
+  EXPECT_EQ(SynchroniseWith(Encrypted("")), test::kSuccess);
+  EXPECT_EQ(Entry("/V"), "(new)");
+}
+
+TEST_F(SecondDocument, IsRefusedWhereItNeedsAPassword) {
+  ExpectRefused(SynchroniseWith(Encrypted("secret")), "a password is needed");
+}
+
+TEST_F(SecondDocument, IsRepairedWhereItCanBe) {
+  std::string bytes = source_.document.Write();
+  bytes.replace(bytes.rfind("startxref"), 9, "startyref");
+  EXPECT_EQ(SynchroniseWith(bytes), test::kSuccess);
+  EXPECT_EQ(Entry("/V"), "(new)");
+}
+
+TEST_F(SecondDocument, IsRefusedWhereItIsCutShort) {
+  const std::string bytes = source_.document.Write();
+  ExpectRefused(SynchroniseWith(bytes.substr(0, 100)), "cut short or damaged beyond repair");
+}
+
+TEST_F(SecondDocument, IsRefusedWhereItIsEmpty) { ExpectRefused(SynchroniseWith(""), ""); }
+
+TEST_F(SecondDocument, MayBeTheFileOfTheFirstWhichStaysAsItIs) {
+  const std::string bytes = target_.document.Write();
+  EXPECT_EQ(SynchroniseWith(bytes), test::kSuccess);
+  EXPECT_EQ(Entry("/V"), "(old)");
+  EXPECT_EQ(test::ReadBytes(path_), bytes);
+}
+
+TEST_F(SecondDocument, IsClosedAndItsPathReleased) {
+  test::CountingHost host;
+  const test::HostSession session(host.Tables());
+  EXPECT_EQ(SynchroniseWith(source_.document.Write()), test::kSuccess);
+  EXPECT_TRUE(host.Uneven().empty()) << testing::PrintToString(host.Uneven());
 }
 
 }  // namespace

@@ -1,5 +1,4 @@
-// What actions and fixes make of documents of real exporters with an exporter's marks in them. tests/data/samples/README.md
-// says of every mark what is right.
+// What actions and fixes make of whole documents.
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -9,11 +8,8 @@
 #include <sstream>
 #include <string>
 
-#include "tests/support/DataFiles.h"
-#include "tests/support/OpenDocument.h"
-#include "tests/support/Paths.h"
+#include "tests/src/samples/Samples.h"
 #include "tests/support/Rendering.h"
-#include "tests/support/TreeText.h"
 
 namespace tgx {
 namespace {
@@ -21,10 +17,9 @@ namespace {
 using test::kSuccess;
 using test::OpenDocument;
 using test::ReadBack;
+using test::SamplePath;
 using testing::HasSubstr;
 using testing::Not;
-
-std::string SamplePath(const std::string& file) { return test::DataPath("samples/" + file); }
 
 std::string Structure(const std::string& pdf) {
   ReadBack document(pdf);
@@ -44,21 +39,9 @@ std::string TestName(const testing::TestParamInfo<std::string>& sample) {
 
 class SampleRepairs : public testing::TestWithParam<std::string> {
  protected:
-  std::string Bytes() { return test::ReadBytes(SamplePath(GetParam() + ".pdf")); }
-  std::string AfterAction(int number, const std::string& path = "") {
-    OpenDocument open(Bytes());
-    EXPECT_EQ(open.Action(number, path), kSuccess);
-    return Sound(open.Save());
-  }
-  std::string AfterFix(std::uint32_t mask) {
-    OpenDocument open(Bytes());
-    EXPECT_EQ(open.Fixups(mask), kSuccess);
-    return Sound(open.Save());
-  }
-  static std::string Sound(std::string pdf) {
-    test::ExpectSound(pdf);
-    return pdf;
-  }
+  std::string Bytes() { return test::SampleBytes(GetParam()); }
+  std::string AfterAction(int number) { return test::SampleAfterAction(GetParam(), number); }
+  std::string AfterFix(std::uint32_t mask) { return test::SampleAfterFixes(GetParam(), mask); }
 };
 
 INSTANTIATE_TEST_SUITE_P(Samples, SampleRepairs, testing::Values("annual-report", "travel-guide", "handbook"), TestName);
@@ -121,20 +104,20 @@ TEST_P(SampleRepairs, TheRoleMapLosesMappingsToThemselves) {
 
 // The sample whose frames all have good marks.
 TEST(AnnualReport, GetsAllFramesToTheirAnchors) {
-  OpenDocument open(test::ReadBytes(SamplePath("annual-report.pdf")));
+  OpenDocument open(test::SampleBytes("annual-report"));
   EXPECT_EQ(open.Action(14), kSuccess);
   const std::string tree = Structure(open.Save());
   for (const char* mark : {"\\u{2264}", "\\u{2265}", "\\u{222E}"}) EXPECT_THAT(tree, Not(HasSubstr(mark)));
 }
 
 TEST(AnnualReport, MapsItsEndNotes) {
-  OpenDocument open(test::ReadBytes(SamplePath("annual-report.pdf")));
+  OpenDocument open(test::SampleBytes("annual-report"));
   EXPECT_EQ(open.Action(15), kSuccess);
   EXPECT_THAT(RoleMap(open.Save()), HasSubstr("Endnote -> Note\n"));
 }
 
 TEST(AnnualReport, GetsTheNamesOfItsStyles) {
-  OpenDocument open(test::ReadBytes(SamplePath("annual-report.pdf")));
+  OpenDocument open(test::SampleBytes("annual-report"));
   EXPECT_THAT(Structure(open.Save()), HasSubstr("ps101"));
   EXPECT_EQ(open.Action(2, SamplePath("annual-report.styles.xml")), kSuccess);
   EXPECT_THAT(Structure(open.Save()), Not(HasSubstr("ps10")));
