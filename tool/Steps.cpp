@@ -20,7 +20,7 @@ constexpr Step kSteps[] = {
     {kAction, 2, "style-names", "STYLES.xml", "put the style names of STYLES.xml in the place of style identifiers", true},
     {kAction, 3, "cut-text", "", "cut every text element down to its first character, painted gray", true},
     {kAction, 4, "sync-forms", "FORM.pdf", "take over settings, values and appearances of form fields from FORM.pdf", true},
-    {kAction, 5, "toc", "TOC.xml", "build the table of contents", false},
+    {kAction, 5, "toc", "TOC.xml", "build the table of contents", true},
     {kAction, 6, "remove-empty-tags", "", "remove structure elements that hold nothing", true},
     {kAction, 7, "mark-empty-tags", "", "add [EMPTY] to the type of structure elements that hold nothing", true},
     {kAction, 8, "user-alt-text", "", "move alternate texts from link addresses to the figures", true},

@@ -12,6 +12,7 @@
 #include "src/actions/RemoveTextFrameMarkers/RemoveTextFrameMarkersAction.h"
 #include "src/actions/ReshuffleAnchoredFrames/RafProcessor.h"
 #include "src/actions/ReshuffleAnchoredFramesV2/ActionRAFv2.h"
+#include "src/actions/Toc/TocProcessorV2.h"
 #include "src/actions/UserAltText/UserAltTextFix.h"
 #include "src/common/CPdfStructureParser.h"
 #include "src/common/ContentCommands.h"
@@ -80,6 +81,15 @@ int SynchroniseForms(PDDoc document, const char* path) {
   return TGX_OK;
 }
 
+/// Without a verdict: what there is no table of contents for stays as it is.
+int BuildContents(PDDoc document, const char* path) {
+  if (path == nullptr) return TGX_NO_PATH;
+  TocProcessorV2 worker;
+  worker.SetDocument(document);
+  worker.LoadMetaData(path);
+  return TGX_OK;
+}
+
 /// Without a path there is nothing to do, and that is a success.
 int RetagLayoutTables(PDDoc document, const char* path) {
   if (path == nullptr) return TGX_OK;
@@ -136,6 +146,7 @@ constexpr ActionRow kActions[] = {
     {2, RenameStyles},
     {3, CutText},
     {4, SynchroniseForms},
+    {5, BuildContents},
     {6, RunWorker<EmptyTagFix>},
     {7, RunWorker<EmptyTagFix, &EmptyTagFix::MarkEmpty>},
     {8, RunWorker<UserAltTextFix>},

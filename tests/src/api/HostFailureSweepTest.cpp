@@ -95,6 +95,28 @@ Outcome RetagLayoutTables(OpenDocument& document) {
   return outcome;
 }
 
+/// A table of contents with a title, a line, and what is none.
+std::string WithContents() {
+  TestDocument doc;
+  Page& page = doc.AddPage();
+  doc.Tree({Element("Document")({Element("Div")({
+      Element("P").Add(Element("Span").Text(page, "Contents")),
+      Element("P").Add(Element("Figure").Alt(u"TOC_FRAME").Image(page, 1, 1)),
+      Element("P").Add(Element("Link").Object(page.Link("https://example.org/")).Text(page, "one")),
+      Element("P").Text(page, "7"),
+  })})});
+  return doc.Write();
+}
+
+Outcome BuildContents(OpenDocument& document) {
+  const std::string path = testing::TempDir() + "/HostFailureSweep.toc.xml";
+  std::ofstream(path) << "<TOC_Item title='Contents'><TOC_Entry level='1'><TOC_EntryText>one</TOC_EntryText></TOC_Entry>"
+                         "</TOC_Item>";
+  Outcome outcome = document.Action(5, path);
+  std::remove(path.c_str());
+  return outcome;
+}
+
 std::string WithLayoutTables() {
   TestDocument doc;
   Page& page = doc.AddPage();
@@ -212,6 +234,7 @@ const SweptOperation kOperations[] = {
      {.mayStayOpen = {"pages"}}},
     {"MakeStampsOfButtons", WithLinksAndButtons, [](OpenDocument& document) { return document.Fixups(0x100); }},
     {"DissolveLayoutTables", WithLayoutTables, [](OpenDocument& document) { return document.Fixups(0x80); }},
+    {"BuildContents", WithContents, BuildContents, {.mayStayOpen = {"contents"}}},
     {"RetagLayoutTables", WithTableMetadata, RetagLayoutTables},
     {"ApplyTableMetadata", WithTableMetadata, [](OpenDocument& document) { return document.Action(12); }},
     {"SynchroniseForms", WithForm, SynchroniseForms, {.mayStayOpen = {"documents", "paths"}}},
