@@ -1,20 +1,16 @@
-// Rewrites the content of a document in the ways that the sweep over real documents compares:
-//   content_sweep operators IN OUT        every page anew from its operators
-//   content_sweep remove IN OUT N         the N-th container of each page taken out
-//   content_sweep removeall IN OUT        all of each page taken out but what others depend on
-//   content_sweep read IN                 everything read that clients read, with a line of what there was
-//   content_sweep change IN OUT           one element taken out of each page
-//   content_sweep text IN PAGE            the page's text in UTF-8, a line a text element
-//   content_sweep boxes IN PAGE           box and text of each text element
+// Rewrites or reads the content of a document in the ways that the sweep over real documents compares.
 #include <cstdio>
-#include <cstring>
+#include <cstdlib>
+#include <functional>
 #include <iostream>
+#include <stdexcept>
 #include <string>
 #include <vector>
 
 #include <tgx/embedded_host.h>
 
 #include "host/core/Fixed.h"
+#include "host/core/Utf.h"
 #include "host/pdfedit/PageContents.h"
 #include "host/pdmodel/Document.h"
 #include "host/pdmodel/PageList.h"
@@ -22,159 +18,177 @@
 namespace tgx::host {
 namespace {
 
-const HostTables& T() { return *TGXHost_Tables(); }
+const PDFEditReadTable& Reading() { return *TGXHost_Tables()->pdfEditRead; }
+const PDFEditWriteTable& Writing() { return *TGXHost_Tables()->pdfEditWrite; }
 
-struct Totals {
-  long elements = 0, containers = 0, characters = 0, units = 0;
-};
-
+/// The Unicode text of a text element, UTF-16BE, character by character as clients ask for it.
 std::string Unicode(PDEText text) {
   std::string bytes;
-  const ASInt32 count = T().pdfEditRead->PDETextGetNumChars(text);
+  const ASInt32 count = Reading().PDETextGetNumChars(text);
   for (ASInt32 i = 0; i < count; ++i) {
     ASUns8 code[10] = {};
-    const ASInt32 length = T().pdfEditRead->PDETextGetText(text, kPDETextChar, i, code);
-    const PDEFont font = T().pdfEditRead->PDETextGetFont(text, kPDETextChar, i);
+    const ASInt32 length = Reading().PDETextGetText(text, kPDETextChar, i, code);
+    const PDEFont font = Reading().PDETextGetFont(text, kPDETextChar, i);
     if (font == nullptr) continue;
     ASUns8 unicode[64];
-    const ASInt32 size = T().pdfEditWrite->PDEFontTranslateGlyphIdsToUnicode(font, code, length, unicode, sizeof unicode);
+    const ASInt32 size = Writing().PDEFontTranslateGlyphIdsToUnicode(font, code, length, unicode, sizeof unicode);
     bytes.append(reinterpret_cast<const char*>(unicode), static_cast<std::size_t>(size));
   }
   return bytes;
 }
 
-std::string Utf8(const std::string& utf16) {
-  std::string text;
-  for (std::size_t i = 0; i + 1 < utf16.size(); i += 2) {
-    unsigned u = static_cast<unsigned char>(utf16[i]) * 256U + static_cast<unsigned char>(utf16[i + 1]);
-    if (u >= 0xD800 && u < 0xDC00 && i + 3 < utf16.size()) {
-      const unsigned low = static_cast<unsigned char>(utf16[i + 2]) * 256U + static_cast<unsigned char>(utf16[i + 3]);
-      u = 0x10000 + ((u - 0xD800) << 10) + (low - 0xDC00);
-      i += 2;
-    }
-    if (u < 0x80) {
-      text += static_cast<char>(u);
-    } else if (u < 0x800) {
-      text += static_cast<char>(0xC0 | (u >> 6));
-      text += static_cast<char>(0x80 | (u & 63));
-    } else if (u < 0x10000) {
-      text += static_cast<char>(0xE0 | (u >> 12));
-      text += static_cast<char>(0x80 | ((u >> 6) & 63));
-      text += static_cast<char>(0x80 | (u & 63));
-    } else {
-      text += static_cast<char>(0xF0 | (u >> 18));
-      text += static_cast<char>(0x80 | ((u >> 12) & 63));
-      text += static_cast<char>(0x80 | ((u >> 6) & 63));
-      text += static_cast<char>(0x80 | (u & 63));
-    }
-  }
-  return text;
-}
-
-template <typename Visit>
-void Walk(PDEContent list, Visit&& visit) {
-  for (ASInt32 i = 0; i < T().pdfEditRead->PDEContentGetNumElems(list); ++i) {
-    const PDEElement element = T().pdfEditRead->PDEContentGetElem(list, i);
-    visit(element, list, i);
-    if (i >= T().pdfEditRead->PDEContentGetNumElems(list) || T().pdfEditRead->PDEContentGetElem(list, i) != element) {
-      --i;
-      continue;
-    }
-    if (T().pdfEditRead->PDEObjectGetType(element) == kPDEContainer)
-      Walk(T().pdfEditRead->PDEContainerGetContent(element), visit);
-  }
-}
-
-void Count(PDEElement element, Totals& totals) {
-  ++totals.elements;
+ASFixedRect BoxOf(PDEElement element) {
   ASFixedRect box{};
-  T().pdfEditRead->PDEElementGetBBox(element, &box);
-  switch (T().pdfEditRead->PDEObjectGetType(element)) {
-    case kPDEContainer: {
-      ++totals.containers;
-      CosObj dict{};
-      T().pdfEditRead->PDEContainerGetDict(element, &dict, nullptr);
-      break;
-    }
-    case kPDEText:
-      totals.characters += T().pdfEditRead->PDETextGetNumChars(element);
-      totals.units += static_cast<long>(Unicode(element).size() / 2);
-      break;
-    default:
-      break;
-  }
+  Reading().PDEElementGetBBox(element, &box);
+  return box;
 }
 
-int Run(const std::vector<std::string>& arguments) {
-  const std::string& mode = arguments[0];
-  const PDDoc doc = TGXHost_OpenFile(arguments[1].c_str(), nullptr);
-  if (doc == nullptr) {
-    std::cerr << TGXHost_LastError() << '\n';
-    return 1;
+void PrintBox(const ASFixedRect& box) {
+  std::printf("%.3f %.3f %.3f %.3f", FromFixed(box.left), FromFixed(box.bottom), FromFixed(box.right), FromFixed(box.top));
+}
+
+/// Visits the elements of a list and of the containers in it; ends when `visit` answers false.
+using Visit = std::function<bool(PDEElement element, PDEContent list, ASInt32 index)>;
+bool Walk(PDEContent list, const Visit& visit) {
+  const ASInt32 count = Reading().PDEContentGetNumElems(list);
+  for (ASInt32 i = 0; i < count; ++i) {
+    const PDEElement element = Reading().PDEContentGetElem(list, i);
+    if (!visit(element, list, i)) return false;
+    const bool isContainer = Reading().PDEObjectGetType(element) == kPDEContainer;
+    if (isContainer && !Walk(Reading().PDEContainerGetContent(element), visit)) return false;
   }
-  Document& document = Document::Of(doc);
-  Totals totals;
-  const ASInt32 pages = document.Pages().Count();
-  for (ASInt32 p = 0; p < pages; ++p) {
-    if ((mode == "text" || mode == "boxes") && p != std::stoi(arguments[2]) - 1) continue;
-    const PDPage page = PageHandle(document, static_cast<ASUns32>(p));
-    const PDEContent root = T().pagePDEContent->PDPageAcquirePDEContent(page, nullptr);
-    int number = 0;
-    if (mode == "operators") document.Contents().Of(p).WriteOperators();
-    if (mode == "read") Walk(root, [&](PDEElement e, PDEContent, ASInt32) { Count(e, totals); });
-    if (mode == "text" || mode == "boxes") {
-      Walk(root, [&](PDEElement e, PDEContent, ASInt32) {
-        if (T().pdfEditRead->PDEObjectGetType(e) != kPDEText) return;
-        if (mode == "boxes") {
-          ASFixedRect box{};
-          T().pdfEditRead->PDEElementGetBBox(e, &box);
-          std::printf("%.3f %.3f %.3f %.3f ", FromFixed(box.left), FromFixed(box.bottom), FromFixed(box.right),
-                      FromFixed(box.top));
-        }
-        std::printf("%s\n", Utf8(Unicode(e)).c_str());
-      });
+  return true;
+}
+
+struct Totals {
+  long elements = 0, containers = 0, characters = 0, units = 0;
+};
+
+/// Asks for everything that clients ask for.
+void Read(PDEContent root, Totals& totals) {
+  Walk(root, [&](PDEElement element, PDEContent, ASInt32) {
+    ++totals.elements;
+    BoxOf(element);
+    const ASInt32 type = Reading().PDEObjectGetType(element);
+    if (type == kPDEContainer) {
+      ++totals.containers;
+      CosObj dictionary{};
+      Reading().PDEContainerGetDict(element, &dictionary, nullptr);
+    } else if (type == kPDEText) {
+      totals.characters += Reading().PDETextGetNumChars(element);
+      totals.units += static_cast<long>(Unicode(element).size() / 2);
     }
-    if (mode == "remove") {
-      const int wanted = std::stoi(arguments[3]);
-      bool isDone = false;
-      Walk(root, [&](PDEElement e, PDEContent list, ASInt32 i) {
-        if (isDone || T().pdfEditRead->PDEObjectGetType(e) != kPDEContainer || number++ != wanted) return;
-        ASFixedRect box{};
-        T().pdfEditRead->PDEElementGetBBox(e, &box);
-        std::printf("%d %.3f %.3f %.3f %.3f\n", p + 1, FromFixed(box.left), FromFixed(box.bottom), FromFixed(box.right),
-                    FromFixed(box.top));
-        T().pdfEditWrite->PDEContentRemoveElem(list, i);
-        isDone = true;
-      });
-      T().pagePDEContent->PDPageSetPDEContent(page, nullptr);
+    return true;
+  });
+}
+
+/// Takes out the container with that number on the page and prints page and box; nothing if there are fewer.
+void RemoveContainer(PDEContent root, ASInt32 page, int wanted) {
+  int number = 0;
+  Walk(root, [&](PDEElement element, PDEContent list, ASInt32 index) {
+    if (Reading().PDEObjectGetType(element) != kPDEContainer || number++ != wanted) return true;
+    std::printf("%d ", page + 1);
+    PrintBox(BoxOf(element));
+    std::printf("\n");
+    Writing().PDEContentRemoveElem(list, index);
+    return false;
+  });
+}
+
+void RemoveFirst(PDEContent root, ASInt32 count) {
+  for (ASInt32 i = 0; i < count && Reading().PDEContentGetNumElems(root) > 0; ++i) Writing().PDEContentRemoveElem(root, 0);
+}
+
+void PrintTexts(PDEContent root, bool withBoxes) {
+  Walk(root, [&](PDEElement element, PDEContent, ASInt32) {
+    if (Reading().PDEObjectGetType(element) != kPDEText) return true;
+    if (withBoxes) {
+      PrintBox(BoxOf(element));
+      std::printf(" ");
     }
-    if (mode == "removeall" || mode == "change") {
-      const ASInt32 count = mode == "change" ? 1 : T().pdfEditRead->PDEContentGetNumElems(root);
-      for (ASInt32 i = 0; i < count && T().pdfEditRead->PDEContentGetNumElems(root) > 0; ++i) {
-        T().pdfEditWrite->PDEContentRemoveElem(root, 0);
-      }
-      T().pagePDEContent->PDPageSetPDEContent(page, nullptr);
-    }
+    std::printf("%s\n", Utf16ToUtf8(Utf16FromBigEndian(Unicode(element))).c_str());
+    return true;
+  });
+}
+
+class Sweep {
+ public:
+  Sweep(std::string mode, std::vector<std::string> arguments)
+      : mode_(std::move(mode)), arguments_(std::move(arguments)), doc_(TGXHost_OpenFile(arguments_.at(0).c_str(), nullptr)) {
+    Check(doc_ != nullptr);
   }
-  if (mode == "read") {
-    std::printf("%ld elements, %ld containers, %ld characters, %ld units\n", totals.elements, totals.containers,
-                totals.characters, totals.units);
-  } else if (mode != "text" && mode != "boxes" && TGXHost_SaveFile(doc, arguments[2].c_str(), nullptr) != 0) {
-    std::cerr << TGXHost_LastError() << '\n';
-    return 1;
+
+  void Run() {
+    Document& document = Document::Of(doc_);
+    const bool isPrinting = mode_ == "text" || mode_ == "boxes";
+    const ASInt32 only = isPrinting ? std::stoi(arguments_.at(1)) - 1 : -1;
+    for (ASInt32 page = 0; page < document.Pages().Count(); ++page) {
+      if (only < 0 || page == only) RunPage(document, page);
+    }
+    if (mode_ == "read" || mode_ == "edit") {
+      std::printf("%ld elements, %ld containers, %ld characters, %ld units\n", totals_.elements, totals_.containers,
+                  totals_.characters, totals_.units);
+    }
+    if (!isPrinting && mode_ != "read") Check(TGXHost_SaveFile(doc_, arguments_.at(1).c_str(), nullptr) == 0);
   }
-  TGXHost_Close(doc);
-  return 0;
+
+ private:
+  static void Check(bool isGood) {
+    if (!isGood) throw std::runtime_error(TGXHost_LastError());
+  }
+
+  void RunPage(Document& document, ASInt32 index) {
+    const PDPage page = PageHandle(document, static_cast<ASUns32>(index));
+    const PagePDEContentTable& pages = *TGXHost_Tables()->pagePDEContent;
+    const PDEContent root = pages.PDPageAcquirePDEContent(page, nullptr);
+    if (mode_ == "operators") return document.Contents().Of(index).WriteOperators();
+    if (mode_ == "text" || mode_ == "boxes") return PrintTexts(root, mode_ == "boxes");
+    if (mode_ == "read" || mode_ == "edit") Read(root, totals_);
+    if (mode_ == "read") return;
+    if (mode_ == "remove") RemoveContainer(root, index, std::stoi(arguments_.at(2)));
+    if (mode_ == "removeall") RemoveFirst(root, Reading().PDEContentGetNumElems(root));
+    if (mode_ == "edit") RemoveFirst(root, 1);
+    pages.PDPageSetPDEContent(page, nullptr);
+  }
+
+  std::string mode_;
+  std::vector<std::string> arguments_;
+  PDDoc doc_;
+  Totals totals_;
+};
+
+constexpr const char* kUsage =
+    "tgx_content_sweep operators IN OUT    every page anew from its operators\n"
+    "tgx_content_sweep remove IN OUT N     the N-th container of each page taken out, counted from 0\n"
+    "tgx_content_sweep removeall IN OUT    all of each page taken out but what others depend on\n"
+    "tgx_content_sweep read IN             everything read that clients read, with a line of what there was\n"
+    "tgx_content_sweep edit IN OUT         the same, then one element taken out of each page\n"
+    "tgx_content_sweep text IN PAGE        the page's text in UTF-8, a line a text element\n"
+    "tgx_content_sweep boxes IN PAGE       box and text of each text element\n";
+
+bool IsUse(const std::vector<std::string>& words) {
+  const std::string mode = words.empty() ? "" : words[0];
+  if (mode == "read") return words.size() == 2;
+  if (mode == "remove") return words.size() == 4;
+  const bool isMode = mode == "operators" || mode == "removeall" || mode == "edit" || mode == "text" || mode == "boxes";
+  return isMode && words.size() == 3;
 }
 
 }  // namespace
 }  // namespace tgx::host
 
 int main(int argc, char** argv) {
+  const std::vector<std::string> words(argv + 1, argv + argc);
+  if (!tgx::host::IsUse(words)) {
+    std::cerr << tgx::host::kUsage;
+    return 1;
+  }
   try {
-    return tgx::host::Run({argv + 1, argv + argc});
-  } catch (const std::exception& e) {
-    std::cerr << e.what() << '\n';
+    tgx::host::Sweep(words[0], {words.begin() + 1, words.end()}).Run();
+    std::fflush(stdout);
+    std::_Exit(0);  // as the command does, without taking the document apart
+  } catch (const std::exception& error) {
+    std::cerr << words[1] << ": " << error.what() << '\n';
     return 1;
   }
 }
