@@ -64,8 +64,9 @@ struct Totals {
   long elements = 0, containers = 0, characters = 0, units = 0;
 };
 
-/// Asks for everything that clients ask for.
-void Read(PDEContent root, Totals& totals) {
+/// Asks for everything that clients ask for. Property dictionaries become objects of the document, which take more memory
+/// than all the rest.
+void Read(PDEContent root, bool withDictionaries, Totals& totals) {
   Walk(root, [&](PDEElement element, PDEContent, ASInt32) {
     ++totals.elements;
     BoxOf(element);
@@ -73,7 +74,8 @@ void Read(PDEContent root, Totals& totals) {
     if (type == kPDEContainer) {
       ++totals.containers;
       CosObj dictionary{};
-      Reading().PDEContainerGetDict(element, &dictionary, nullptr);
+      Reading().PDEContainerGetMCTag(element);
+      if (withDictionaries) Reading().PDEContainerGetDict(element, &dictionary, nullptr);
     } else if (type == kPDEText) {
       totals.characters += Reading().PDETextGetNumChars(element);
       totals.units += static_cast<long>(Unicode(element).size() / 2);
@@ -143,7 +145,7 @@ class Sweep {
     const PDEContent root = pages.PDPageAcquirePDEContent(page, nullptr);
     if (mode_ == "operators") return document.Contents().Of(index).WriteOperators();
     if (mode_ == "text" || mode_ == "boxes") return PrintTexts(root, mode_ == "boxes");
-    if (mode_ == "read" || mode_ == "edit") Read(root, totals_);
+    if (mode_ == "read" || mode_ == "edit") Read(root, mode_ == "edit", totals_);
     if (mode_ == "read") return;
     if (mode_ == "remove") RemoveContainer(root, index, std::stoi(arguments_.at(2)));
     if (mode_ == "removeall") RemoveFirst(root, Reading().PDEContentGetNumElems(root));
@@ -162,7 +164,7 @@ constexpr const char* kUsage =
     "tgx_content_sweep remove IN OUT N     the N-th container of each page taken out, counted from 0\n"
     "tgx_content_sweep removeall IN OUT    all of each page taken out but what others depend on\n"
     "tgx_content_sweep read IN             everything read that clients read, with a line of what there was\n"
-    "tgx_content_sweep edit IN OUT         the same, then one element taken out of each page\n"
+    "tgx_content_sweep edit IN OUT         the same and property dictionaries, then one element taken out of each page\n"
     "tgx_content_sweep text IN PAGE        the page's text in UTF-8, a line a text element\n"
     "tgx_content_sweep boxes IN PAGE       box and text of each text element\n";
 

@@ -1,17 +1,70 @@
 #include "host/pdfedit/model/ContentBytes.h"
 
+#include <algorithm>
 #include <array>
+#include <deque>
 #include <exception>
 #include <limits>
 #include <vector>
 
 #include <zlib.h>
-#include <qpdf/Pl_String.hh>
+#include <qpdf/Pipeline.hh>
 
 #include "host/core/HostError.h"
 
 namespace tgx::host {
 namespace {
+
+/// Bytes that arrive little by little. They are kept in blocks, since one string that grows takes three times its size for a
+/// while, which shows where the content of a page is tens of megabytes.
+class Blocks : public Pipeline {
+ public:
+  Blocks() : Pipeline("content", nullptr) {}
+
+  void write(unsigned char const* data, std::size_t length) override {
+    Append({reinterpret_cast<const char*>(data), length});
+  }
+  void finish() override {}
+
+  std::size_t Size() const { return size_; }
+
+  void Append(std::string_view bytes) {
+    size_ += bytes.size();
+    while (!bytes.empty()) {
+      if (blocks_.empty() || blocks_.back().size() == kBlockSize) {
+        blocks_.emplace_back();
+        if (blocks_.size() > 1) blocks_.back().reserve(kBlockSize);
+      }
+      const std::string_view part = bytes.substr(0, kBlockSize - blocks_.back().size());
+      blocks_.back() += part;
+      bytes.remove_prefix(part.size());
+    }
+  }
+
+  /// Hands the bytes on, block by block, and is empty then.
+  template <typename Take>
+  void MoveTo(Take&& take) {
+    for (size_ = 0; !blocks_.empty(); blocks_.pop_front()) take(std::string_view(blocks_.front()));
+  }
+
+  std::string Join() {
+    std::string bytes;
+    bytes.reserve(size_);
+    MoveTo([&bytes](std::string_view block) { bytes += block; });
+    return bytes;
+  }
+
+  bool HasOnly(char c) const {
+    return std::all_of(blocks_.begin(), blocks_.end(),
+                       [c](const std::string& block) { return block.find_first_not_of(c) == std::string::npos; });
+  }
+
+ private:
+  static constexpr std::size_t kBlockSize = 1 << 16;
+
+  std::deque<std::string> blocks_;
+  std::size_t size_ = 0;
+};
 
 struct Decoded {
   bool supported = true;
@@ -59,10 +112,9 @@ std::string InflateWhatIsSound(const std::string& data) {
   return result;
 }
 
-bool Pipe(QPDFObjectHandle& stream, std::string& data, qpdf_stream_decode_level_e level, bool& attempted) {
-  Pl_String pipeline("content", nullptr, data);
+bool Pipe(QPDFObjectHandle& stream, Blocks& data, qpdf_stream_decode_level_e level, bool& attempted) {
   try {
-    return stream.pipeStreamData(&pipeline, &attempted, 0, level, true, false);
+    return stream.pipeStreamData(&data, &attempted, 0, level, true, false);
   } catch (const std::bad_alloc&) {
     throw;
   } catch (const std::exception&) {
@@ -70,45 +122,45 @@ bool Pipe(QPDFObjectHandle& stream, std::string& data, qpdf_stream_decode_level_
   }
 }
 
-Decoded Append(QPDFObjectHandle& stream, std::string& content) {
-  const std::size_t before = content.size();
+Decoded Append(QPDFObjectHandle& stream, Blocks& content) {
+  Blocks data;
   bool attempted = false;
-  const bool sound = Pipe(stream, content, qpdf_dl_specialized, attempted);
+  const bool sound = Pipe(stream, data, qpdf_dl_specialized, attempted);
   const bool isFiltered = stream.getDict().hasKey("/Filter");
-  if (sound && (attempted || !isFiltered)) return {};
-  if (sound && !attempted) {
-    content.resize(before);
-    return {false, false};
-  }
-  if (IsPlainDeflate(stream)) {
-    std::string raw;
+  if (sound && !attempted && isFiltered) return {false, false};
+  if (!sound && IsPlainDeflate(stream)) {
+    Blocks raw;
     Pipe(stream, raw, qpdf_dl_none, attempted);
-    std::string rescued = InflateWhatIsSound(raw);
-    if (rescued.size() > content.size() - before) content.replace(before, std::string::npos, rescued);
+    const std::string rescued = InflateWhatIsSound(raw.Join());
+    if (rescued.size() > data.Size()) {
+      content.Append(rescued);
+      return {};
+    }
   }
-  return {true, content.size() == before};
+  const bool isEmpty = data.Size() == 0;
+  data.MoveTo([&content](std::string_view block) { content.Append(block); });
+  return {true, !sound && isEmpty};
 }
 
 }  // namespace
 
 std::string ReadContentBytes(QPDFObjectHandle page, const std::string& place) {
-  std::string content;
+  Blocks content;
   bool damaged = false;
   for (QPDFObjectHandle& stream : ContentStreams(page)) {
-    if (!content.empty()) content += '\n';
+    if (content.Size() > 0) content.Append("\n");
     const Decoded decoded = Append(stream, content);
     if (!decoded.supported)
       throw HostError(kASNotSupported, place + ": the content stream has a filter that cannot be undone");
     damaged = damaged || decoded.damaged;
   }
-  if (damaged && content.find_first_not_of('\n') == std::string::npos) {
+  if (damaged && content.HasOnly('\n')) {
     throw HostError(kASDamagedDocument, place + ": no byte of the content stream can be decoded");
   }
-  if (content.size() >= std::numeric_limits<std::uint32_t>::max()) {
+  if (content.Size() >= std::numeric_limits<std::uint32_t>::max()) {
     throw HostError(kASNotSupported, place + ": the content is larger than 4 GB");
   }
-  content.shrink_to_fit();
-  return content;
+  return content.Join();
 }
 
 }  // namespace tgx::host
