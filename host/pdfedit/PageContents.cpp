@@ -21,7 +21,24 @@ PageModel& PageContents::Of(ASInt32 pageIndex) {
   auto page = std::make_unique<PageModel>(*this, pageIndex);
   const auto index = static_cast<std::size_t>(pageIndex);
   if (index >= pages_.size()) pages_.resize(std::max<std::size_t>(index + 1, document_.Pages().Count()));
+  Remember(*page);
   return *(pages_[index] = std::move(page));
+}
+
+void PageContents::Remember(PageModel& page) {
+  QPDFObjectHandle streams = page.Streams();
+  if (streams.isArray()) streamArrays_.emplace(streams.getObjectPtr(), page.PageIndex());
+}
+
+void PageContents::Forget(ASInt32 pageIndex) {
+  QPDFObjectHandle streams = Find(pageIndex)->Streams();
+  const auto [first, last] = streamArrays_.equal_range(streams.getObjectPtr());
+  for (auto known = first; known != last; ++known) {
+    if (known->second == pageIndex) {
+      streamArrays_.erase(known);
+      return;
+    }
+  }
 }
 
 PDEContainer PageContents::ContainerOf(ASInt32 pageIndex, ASInt32 mcid) { return Of(pageIndex).ContainerOf(mcid); }
@@ -60,7 +77,26 @@ void PageContents::BeforeCosRead(const QPDFObjectHandle& container, std::string_
   waiting_.erase(std::remove(waiting_.begin(), waiting_.end(), pageIndex), waiting_.end());
 }
 
-void PageContents::AfterCosEdit(const QPDFObjectHandle& container, std::string_view) {
+void PageContents::ContentReplaced(ASInt32 pageIndex) {
+  PageModel* page = pageIndex < 0 ? nullptr : Find(pageIndex);
+  if (page == nullptr) return;
+  replaced_.reserve(replaced_.size() + 1);
+  page->Detach();
+  Forget(pageIndex);
+  waiting_.erase(std::remove(waiting_.begin(), waiting_.end(), pageIndex), waiting_.end());
+  failed_.erase(std::remove(failed_.begin(), failed_.end(), pageIndex), failed_.end());
+  replaced_.push_back(std::move(pages_[static_cast<std::size_t>(pageIndex)]));
+}
+
+void PageContents::AfterCosEdit(const QPDFObjectHandle& container, std::string_view key) {
+  if (key == "Contents") ContentReplaced(document_.Pages().IndexOf(container));
+  std::vector<ASInt32> pagesOfArray;
+  const auto [firstPage, lastPage] = streamArrays_.equal_range(QPDFObjectHandle(container).getObjectPtr());
+  for (auto page = firstPage; page != lastPage; ++page) pagesOfArray.push_back(page->second);
+  for (const ASInt32 page : pagesOfArray) {
+    if (Find(page)->HasOwnStream()) continue;  // the array has left the page
+    ContentReplaced(page);
+  }
   const auto [first, last] = watched_.equal_range(QPDFObjectHandle(container).getObjectPtr());
   if (first == last) ++unknownEdits_;
   for (auto watched = first; watched != last; ++watched) {
@@ -83,8 +119,11 @@ void PageContents::Unwatch(const QPDFObjectHandle& dictionary, ASInt32 pageIndex
 }
 
 void PageContents::DropUnchanged() {
+  replaced_.clear();
   for (auto& page : pages_) {
-    if (page != nullptr && !page->IsEdited()) page.reset();
+    if (page == nullptr || page->IsEdited()) continue;
+    Forget(page->PageIndex());
+    page.reset();
   }
 }
 

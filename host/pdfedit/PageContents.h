@@ -39,7 +39,8 @@ class PageContents : public CosObserver {
   /// Serialises the committed edits that wait, and throws the first failure that a commit had to keep to itself.
   void WriteCommitted();
 
-  /// Forgets the models of pages that nobody changed. Only while no content handle is in use.
+  /// Forgets the models of pages that nobody changed, and those of content that is no longer in the document. Only while no
+  /// content handle is in use.
   void DropUnchanged();
 
   /// The model of a page, read when it is first asked for. Throws kASOutOfRange, kASDamagedDocument, kASNotSupported.
@@ -72,6 +73,12 @@ class PageContents : public CosObserver {
     std::uint32_t properties;
   };
 
+  /// A client put other content into a page, which counts from then on: what was edited in the former is dropped, and its
+  /// handles stand for nothing in the document.
+  void ContentReplaced(ASInt32 pageIndex);
+  void Remember(PageModel& page);
+  void Forget(ASInt32 pageIndex);
+
   Document& document_;
   DocumentFonts fonts_;
   std::unordered_multimap<const QPDFObject*, Watched> watched_;
@@ -80,6 +87,8 @@ class PageContents : public CosObserver {
   std::vector<ASInt32> failed_;   ///< pages whose commit failed
   std::vector<RemovedElement> removed_;
   std::vector<std::unique_ptr<PageModel>> pages_;
+  std::vector<std::unique_ptr<PageModel>> replaced_;                  ///< kept for their handles
+  std::unordered_multimap<const QPDFObject*, ASInt32> streamArrays_;  ///< the arrays of the streams of pages in pages_
 };
 
 }  // namespace tgx::host

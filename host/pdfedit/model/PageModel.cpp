@@ -15,6 +15,7 @@ PageModel::PageModel(PageContents& contents, ASInt32 pageIndex)
     : contents_(contents),
       pageIndex_(pageIndex),
       dictionary_(contents.InDocument().Pages().At(pageIndex).dictionary),
+      streams_(dictionary_.getKey("/Contents")),
       resources_(dictionary_, contents.Fonts()),
       bytes_(ReadContentBytes(dictionary_, Place())),
       elements_(RecordKind::kElement, this),
@@ -28,7 +29,13 @@ PageModel::~PageModel() {
   for (std::uint32_t list = 0; list < lists_.Size(); ++list) {
     if (lists_[list].capacity > ContentList::kFew) delete[] lists_[list].many;
   }
+  Detach();
+}
+
+void PageModel::Detach() noexcept {
+  if (detached_) return;
   for (std::uint32_t i = 0; i < properties_.size(); ++i) contents_.Unwatch(properties_[i].dictionary, pageIndex_, i);
+  detached_ = true;
 }
 
 std::string PageModel::Place() const { return contents_.InDocument().Name() + ": page " + std::to_string(pageIndex_ + 1); }
@@ -186,7 +193,7 @@ Properties* PageModel::PropertiesOf(std::uint32_t container) {
     }
     properties_.push_back({*dictionary, container, false, HoldsContainers(*dictionary)});
     element.dictionary = static_cast<std::uint32_t>(properties_.size() - 1);
-    contents_.Watch(*dictionary, pageIndex_, element.dictionary);
+    if (!detached_) contents_.Watch(*dictionary, pageIndex_, element.dictionary);
   }
   return &properties_[element.dictionary];
 }

@@ -70,6 +70,12 @@ class PageModel {
   const QPDFObjectHandle& Dictionary() const { return dictionary_; }
   PageResources& Resources() { return resources_; }
   std::string Place() const;
+  /// What "Contents" was when the page was read: a stream or an array of streams.
+  const QPDFObjectHandle& Streams() const { return streams_; }
+  /// Write or WriteOperators has put a stream into the page in the place of that.
+  bool HasOwnStream() const { return stream_.isInitialized(); }
+  /// The content is no longer that of the page: no edit of an object concerns it any more.
+  void Detach() noexcept;
 
   // Elements and lists, by number.
   Element& At(std::uint32_t number) { return elements_[number]; }
@@ -153,6 +159,7 @@ class PageModel {
   PageContents& contents_;
   ASInt32 pageIndex_;
   QPDFObjectHandle dictionary_;
+  QPDFObjectHandle streams_;
   PageResources resources_;
   std::string bytes_;
   Slabs<Element> elements_;
@@ -193,6 +200,7 @@ class PageModel {
   std::size_t staleMcids_ = 0;
   std::unordered_map<std::uint32_t, std::vector<std::uint32_t>> usersOfShared_;  ///< of Properties that are resources
 
+  bool detached_ = false;
   bool edited_ = false;       ///< at any time
   bool uncommitted_ = false;  ///< edits that no commit has taken
   bool waiting_ = false;      ///< committed edits that are not in the document yet
