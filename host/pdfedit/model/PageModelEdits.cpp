@@ -141,23 +141,23 @@ void PageModel::Commit() {
   contents_.Waits(*this);
 }
 
+/// What is to be committed is forgotten last: a commit that fails is tried again when the document is written.
 void PageModel::CommitProperties() {
-  const bool nestedToo = nestedEditsSeen_ != contents_.UnknownEdits();
-  nestedEditsSeen_ = contents_.UnknownEdits();
-  if (nestedToo) {
+  if (nestedEditsSeen_ != contents_.UnknownEdits()) {
     for (std::uint32_t i = 0; i < properties_.size(); ++i) {
       if (properties_[i].isNested && properties_[i].container != kNone) CommitProperties(i);
     }
   }
   for (const std::uint32_t number : editedProperties_) {
     if (properties_[number].isEdited) CommitProperties(number);
+    properties_[number].isEdited = false;
   }
   editedProperties_.clear();
+  nestedEditsSeen_ = contents_.UnknownEdits();
 }
 
 void PageModel::CommitProperties(std::uint32_t number) {
   Properties& properties = properties_[number];
-  properties.isEdited = false;
   const std::uint32_t container = properties.container;
   const auto known = containerEdits_.find(container);
   const bool wasWritten = known != containerEdits_.end() && known->second.committedProperties;

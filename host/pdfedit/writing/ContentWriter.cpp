@@ -210,7 +210,8 @@ void ContentWriter::Keep(const ContentReader& op) {
 }
 
 /// Whether anything is shown before the text gets a new position.
-bool ContentWriter::IsMoveSeen(std::size_t offset) const {
+bool ContentWriter::IsMoveSeen(std::size_t offset) {
+  if (offset < unseenUpTo_) return false;
   ContentReader ahead(content_, offset);
   while (ahead.Next()) {
     switch (ahead.Code()) {
@@ -225,11 +226,13 @@ bool ContentWriter::IsMoveSeen(std::size_t offset) const {
       case Opcode::kMoveTextSetLeading:
       case Opcode::kTextMatrix:
       case Opcode::kNextLine:
+        unseenUpTo_ = ahead.Begin();
         return false;
       default:
         break;
     }
   }
+  unseenUpTo_ = content_.size();
   return false;
 }
 

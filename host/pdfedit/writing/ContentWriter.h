@@ -46,7 +46,7 @@ class ContentWriter {
   void Replace(const ContentReader& op, std::string_view text);
   void Keep(const ContentReader& op);
   void PutMove();
-  bool IsMoveSeen(std::size_t offset) const;
+  bool IsMoveSeen(std::size_t offset);
   static double AdjustmentFor(const GraphicsState& graphics, const TextMove& move);
 
   // Removed stretches.
@@ -87,8 +87,9 @@ class ContentWriter {
   bool needsPosition_ = false;  ///< additions need the exact text position
 
   ContentState state_;
-  bool clipsText_ = false;  ///< the text object has text that clips what follows it
-  TextMove move_;           ///< of removed text, owed to the next show
+  bool clipsText_ = false;      ///< the text object has text that clips what follows it
+  TextMove move_;               ///< of removed text, owed to the next show
+  std::size_t unseenUpTo_ = 0;  ///< nothing is shown before this place and in front of a new position
 
   std::size_t goneEnd_ = 0;         ///< end of the removed stretch that the walk is in
   std::vector<std::size_t> saves_;  ///< where the output stood at each q of the removed stretch

@@ -230,5 +230,14 @@ TEST(WritingBack, WorksAfterRelease) {
   EXPECT_EQ(document.Saved(), "1 w");
 }
 
+TEST(Removal, LooksAheadForAShowOnceOnly) {
+  std::string content = "BT /F1 10 Tf /P BMC (ab) Tj EMC";
+  for (int i = 0; i < 100'000; ++i) content += " 100 Tz";
+  ContentDocument document(content + " ET");
+  document.Remove({0});
+  document.Commit();
+  EXPECT_EQ(document.SavedRaw().find("TJ"), std::string::npos);
+}
+
 }  // namespace
 }  // namespace tgx::host

@@ -344,6 +344,33 @@ TEST(NewText, InsideATextObjectRestoresThePosition) {
                                   " BT 1 0 0 1 20 30 Tm [-1800] TJ EMC (d) Tj ET");
 }
 
+/// F3 writes downwards, every code moves by its size.
+PageSource WithVerticalFont(const std::string& content) {
+  return PageSource(content)
+      .Resources("/ExtGState<</Gs<</Font[20 0 R 10]>>>>")
+      .Objects("20 0 obj\n<</Type/Font/Subtype/Type0/BaseFont/Tall/Encoding/Identity-V/DescendantFonts[7 0 R]>>\nendobj\n");
+}
+
+TEST(NewText, InsideVerticalTextRestoresThePosition) {
+  ContentDocument document(WithVerticalFont("/Gs gs BT 20 30 Td <0041> Tj /P BMC <0042> Tj EMC <0043> Tj ET"));
+  NewText made;
+  made.Add(std::string("\0A", 2), FontOfFirst(document));
+  WriteContent().PDEContentAddElem(document.ListAt({1}), kPDEAfterLast, made.text);
+  document.Commit();
+  EXPECT_NE(document.Saved().find("Q BT 1 0 0 1 20 30 Tm [2000] TJ EMC <0043> Tj ET"), std::string::npos)
+      << document.Saved();
+}
+
+TEST(NewText, InsideVerticalTextBesideItsLineSetsThePositionItself) {
+  ContentDocument document(
+      WithVerticalFont("BT /F1 10 Tf 20 30 Td (ab) Tj /Gs gs <0041> Tj /P BMC <0042> Tj EMC <0043> Tj ET"));
+  NewText made;
+  made.Add("x", FontOfFirst(document));
+  WriteContent().PDEContentAddElem(document.ListAt({1}), kPDEAfterLast, made.text);
+  document.Commit();
+  EXPECT_NE(document.Saved().find("Q BT 1 0 0 1 32 10 Tm EMC <0043> Tj ET"), std::string::npos) << document.Saved();
+}
+
 TEST(NewText, GetsANameInTheResourcesWhenItsFontHasNone) {
   ContentDocument document("/Gs gs BT (a) Tj ET");
   QPDFObjectHandle resources = document.Dictionary().getKey("/Resources");
