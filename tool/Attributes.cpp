@@ -20,8 +20,11 @@ std::string NameOf(CosObj name) { return DecodeName(ASAtomGetString(CosNameValue
 /// number are bounded.
 class Converter {
  public:
+  explicit Converter(ReadingBudget& budget) : budget_(budget) {}
+
   Json Convert(CosObj value, int depth) {
     if (++values_ > kMaximalValues) return nullptr;
+    budget_.SpendValues(1);
     switch (CosObjGetType(value)) {
       case CosInteger:
         return CosIntegerValue(value);
@@ -33,7 +36,7 @@ class Converter {
       case CosName:
         return NameOf(value);
       case CosString:
-        return StringOf(value);
+        return Spent(StringOf(value));
       case CosArray:
         return ConvertArray(value, depth);
       case CosDict:
@@ -74,14 +77,31 @@ class Converter {
     return result;
   }
 
+  std::string Spent(std::string text) {
+    budget_.SpendBytes(text.size());
+    return text;
+  }
+
+  ReadingBudget& budget_;
   int values_ = 0;
 };
 
 }  // namespace
 
-nlohmann::ordered_json ReadAttributes(CosObj attributes) {
+void ReadingBudget::SpendValues(std::size_t count) {
+  if (count > values_)
+    throw HostFailure(kASDamagedDocument, "the structure tree holds more than 10,000,000 attribute values");
+  values_ -= count;
+}
+
+void ReadingBudget::SpendBytes(std::size_t count) {
+  if (count > bytes_) throw HostFailure(kASDamagedDocument, "the structure tree holds more than 256 MiB of texts");
+  bytes_ -= count;
+}
+
+nlohmann::ordered_json ReadAttributes(CosObj attributes, ReadingBudget& budget) {
   Json result = Json::array();
-  Converter converter;
+  Converter converter(budget);
   const auto add = [&](CosObj value) {
     const ASInt32 type = CosObjGetType(value);
     if (type == CosDict || type == CosStream) result.push_back(converter.Convert(value, 0));
@@ -91,6 +111,7 @@ nlohmann::ordered_json ReadAttributes(CosObj attributes) {
     return result;
   }
   const ASInt32 length = CosArrayLength(attributes);
+  budget.SpendValues(static_cast<std::size_t>(length));
   for (ASInt32 i = 0; i < length; ++i) add(CosArrayGet(attributes, i));
   return result;
 }

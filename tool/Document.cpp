@@ -10,25 +10,32 @@
 
 #include "tool/Files.h"
 #include "tool/Messages.h"
+#include "tool/TextString.h"
 #include "tool/ToolSteps.h"
 
 namespace tgx::tool {
 namespace {
 
-/// What the host says of a file: its text, without the name of the file in front when the host put it there.
+/// A text of the host about a file, without the name in front. The host leaves the start of a long name out.
+std::string WithoutName(const std::string& path, const std::string& text) {
+  const std::string name = OneLine(path);
+  const std::string line = OneLine(text);
+  if (line.starts_with(name + ": ")) return line.substr(name.size() + 2);
+  if (!line.starts_with("...")) return line;
+  for (std::size_t end = line.find(": "); end != std::string::npos; end = line.find(": ", end + 1)) {
+    if (name.ends_with(line.substr(3, end - 3))) return line.substr(end + 2);
+  }
+  return line;
+}
+
 std::string HostReason(const std::string& path) {
-  std::string text = TGXHost_LastError();
-  if (text.starts_with(path + ": ")) text.erase(0, path.size() + 2);
-  return text.empty() ? "failed without a reason" : text;
+  const std::string reason = WithoutName(path, TGXHost_LastError());
+  return reason.empty() ? "failed without a reason" : reason;
 }
 
 std::string OpenFailure(const std::string& path, bool passwordGiven) {
   if (TGXHost_LastErrorCode() != kASBadPassword) return HostReason(path);
   return passwordGiven ? "the password is wrong" : "needs a password; see --password and --password-file";
-}
-
-std::string WithFileName(const std::string& path, const std::string& text) {
-  return text.starts_with(path) ? text : path + ": " + text;
 }
 
 /// An action's record, with its path stored behind the fixed part.
@@ -92,7 +99,7 @@ void Document::TellWarnings() {
       warningsTold_ = count;
       return;
     }
-    Warn("warning: " + WithFileName(path_, TGXHost_Warning(handle_, warningsTold_)));
+    Warn("warning: " + path_ + ": " + WithoutName(path_, TGXHost_Warning(handle_, warningsTold_)));
   }
 }
 

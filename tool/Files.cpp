@@ -45,7 +45,8 @@ void RequireReadable(const std::string& path) {
 }
 
 void RequireWritable(const std::string& input, const std::string& output, bool force) {
-  if (output.empty() || output.back() == '/') throw Failure(output, "is not the name of a file");
+  if (output.empty()) throw Failure("-o: the name of the output is empty");
+  if (output.back() == '/') throw Failure(output, "is not the name of a file");
   struct stat target = {};
   if (lstat(output.c_str(), &target) != 0) {
     if (errno != ENOENT && errno != ENOTDIR) throw Failure(output, Reason(errno));

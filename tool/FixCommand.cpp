@@ -10,6 +10,7 @@
 #include "tool/MarkTexts.h"
 #include "tool/Messages.h"
 #include "tool/Progress.h"
+#include "tool/TextString.h"
 
 namespace tgx::tool {
 namespace {

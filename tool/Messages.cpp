@@ -5,6 +5,8 @@
 #include <cstdio>
 #include <cstring>
 
+#include "tool/TextString.h"
+
 namespace tgx::tool {
 namespace {
 
@@ -14,26 +16,6 @@ int outputError = 0;
 }  // namespace
 
 Failure::Failure(std::string_view file, std::string_view reason) : Failure(std::string(file).append(": ").append(reason)) {}
-
-std::string OneLine(std::string_view text) {
-  std::string line;
-  line.reserve(text.size());
-  for (const char c : text) {
-    const auto byte = static_cast<unsigned char>(c);
-    if (c == '\n') {
-      line += "\\n";
-    } else if (c == '\t') {
-      line += "\\t";
-    } else if (byte < 0x20 || byte == 0x7F) {
-      char escaped[8];
-      std::snprintf(escaped, sizeof escaped, "\\x%02x", byte);
-      line += escaped;
-    } else {
-      line += c;
-    }
-  }
-  return line;
-}
 
 std::string Reason(int error) {
   std::string text = std::strerror(error);

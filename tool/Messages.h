@@ -22,9 +22,6 @@ class Failure : public std::runtime_error {
   int status_;
 };
 
-/// The text on one line and without anything that a terminal would act on: control characters become \n, \t or \xNN.
-std::string OneLine(std::string_view text);
-
 /// The message of an errno value as a reason: "permission denied".
 std::string Reason(int error);
 

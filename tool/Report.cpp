@@ -3,6 +3,7 @@
 #include <nlohmann/json.hpp>
 
 #include "tool/Messages.h"
+#include "tool/TextString.h"
 
 namespace tgx::tool {
 namespace {

@@ -1,7 +1,5 @@
 #include "tool/Roles.h"
 
-#include <set>
-
 #include "tool/HostCalls.h"
 
 namespace tgx::tool {
@@ -14,15 +12,27 @@ Roles::Roles(PDDoc document) {
 
 ASAtom Roles::Resolve(ASAtom type) {
   const auto known = known_.find(type);
-  if (known != known_.end()) return known->second;
-  ASAtom role = type;
-  std::set<ASAtom> seen;
-  while (map_ && seen.insert(role).second) {
-    const ASAtom next = PDSRoleMapGetDirectMap(*map_, role);
-    if (next == ASAtomNull) break;
+  return known != known_.end() ? known->second : FollowFrom(type);
+}
+
+ASAtom Roles::FollowFrom(ASAtom type) {
+  std::vector<ASAtom> way;
+  std::unordered_map<ASAtom, std::size_t> places;
+  // What was met leads to the same end, but for the types of a circle: each of these ends at itself.
+  const auto settle = [&](std::size_t count, ASAtom role) {
+    for (std::size_t i = 0; i < way.size(); ++i) known_.emplace(way[i], i < count ? role : way[i]);
+    return known_.at(type);
+  };
+  for (ASAtom role = type;;) {
+    const auto known = known_.find(role);
+    if (known != known_.end()) return settle(way.size(), known->second);
+    const auto [place, isNew] = places.emplace(role, way.size());
+    if (!isNew) return settle(place->second, role);
+    way.push_back(role);
+    const ASAtom next = map_ ? PDSRoleMapGetDirectMap(*map_, role) : ASAtomNull;
+    if (next == ASAtomNull) return settle(way.size(), role);
     role = next;
   }
-  return known_.emplace(type, role).first->second;
 }
 
 std::vector<std::pair<ASAtom, ASAtom>> Roles::Entries() const {

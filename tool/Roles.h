@@ -20,6 +20,8 @@ class Roles {
   std::vector<std::pair<ASAtom, ASAtom>> Entries() const;
 
  private:
+  ASAtom FollowFrom(ASAtom type);
+
   std::optional<PDSRoleMap> map_;
   std::unordered_map<ASAtom, ASAtom> known_;
 };

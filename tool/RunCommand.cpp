@@ -2,6 +2,7 @@
 
 #include "tool/Messages.h"
 #include "tool/Progress.h"
+#include "tool/TextString.h"
 
 namespace tgx::tool {
 namespace {

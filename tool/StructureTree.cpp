@@ -19,11 +19,6 @@ constexpr std::size_t kMaximalDepth = 1024;
 
 std::string AtomText(ASAtom atom) { return atom == ASAtomNull ? std::string() : DecodeName(ASAtomGetString(atom)); }
 
-template <typename Getter>
-std::string GetText(PDSElement element, Getter getter) {
-  return DecodeTextString(TextOf(element, getter));
-}
-
 /// Reads one document's tree; keeps what many elements ask for again.
 class Reader {
  public:
@@ -73,9 +68,19 @@ class Reader {
       result.title = GetText(element, PDSElementGetTitle);
     if (PDSElementHasAlt(element) != 0) result.alt = GetText(element, PDSElementGetAlt);
     if (PDSElementHasLanguage(element) != 0) result.lang = GetText(element, PDSElementGetLanguage);
-    result.actualText = StringEntry(dictionary, "ActualText");
-    result.id = StringEntry(dictionary, "ID");
-    result.attributes = ReadAttributes(CosDictGetKeyString(dictionary, "A"));
+    result.actualText = Spent(StringEntry(dictionary, "ActualText"));
+    result.id = Spent(StringEntry(dictionary, "ID"));
+    result.attributes = ReadAttributes(CosDictGetKeyString(dictionary, "A"), budget_);
+  }
+
+  template <typename Getter>
+  std::string GetText(PDSElement element, Getter getter) {
+    return *Spent(DecodeTextString(TextOf(element, getter)));
+  }
+
+  std::optional<std::string> Spent(std::optional<std::string> text) {
+    if (text) budget_.SpendBytes(text->size());
+    return text;
   }
 
   Kid ReadKid(PDSElement parent, ASInt32 index, std::size_t depth) {
@@ -86,10 +91,16 @@ class Reader {
     const ASAtom type = PDSElementGetKidWithMCInfo(parent, index, &kid, &info, nullptr, &page);
     if (type == types_.element) return ReadElement(kid, depth + 1);
     if (type == types_.markedContent) {
-      return MarkedContent{info.mcid, pages_.NumberOf(page), withTexts_ ? TextOfKid(parent, index) : std::nullopt};
+      if (CosObjGetType(info.stream) == CosStream) return ContentOfStream(kid, pages_.NumberOf(page));
+      return MarkedContent{info.mcid, pages_.NumberOf(page), withTexts_ ? Spent(TextOfKid(parent, index)) : std::nullopt};
     }
     if (type == types_.object) return ObjectReference{TypeOfObject(kid), pages_.NumberOf(page)};
     return UnknownKid{AtomText(type)};
+  }
+
+  static MarkedContent ContentOfStream(CosObj reference, std::int32_t page) {
+    const CosObj mcid = CosDictGetKeyString(reference, "MCID");
+    return {CosObjGetType(mcid) == CosInteger ? CosIntegerValue(mcid) : -1, page, std::nullopt, true};
   }
 
   /// Nothing where the page lacks the content, or cannot be read.
@@ -122,6 +133,7 @@ class Reader {
   bool withTexts_;
   Roles roles_;
   PageNumbers pages_;
+  ReadingBudget budget_;
   std::unordered_set<std::uint64_t> seen_;
   KidTypes types_;
 };

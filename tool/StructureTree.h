@@ -21,6 +21,7 @@ struct MarkedContent {
   std::int32_t mcid;
   std::int32_t page;
   std::optional<std::string> text = std::nullopt;  ///< that it shows, where it was asked for and the page has the content
+  bool ofStream = false;                           ///< of a form that the page shows: the number counts within that
 };
 
 /// An object of a page, as an annotation. `type` is its subtype, else its type, else empty.

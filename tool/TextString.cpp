@@ -163,6 +163,25 @@ bool IsUtf8(std::string_view bytes) {
   return true;
 }
 
+std::string OneLine(std::string_view text) {
+  std::string line;
+  line.reserve(text.size());
+  while (!text.empty()) {
+    const std::size_t length = Utf8Length(text);
+    const auto byte = static_cast<unsigned char>(text[0]);
+    if (length == 0 || byte < 0x20 || byte == 0x7F) {
+      char escaped[8];
+      std::snprintf(escaped, sizeof escaped, "\\x%02X", byte);
+      line += escaped;
+    } else {
+      const std::string escaped = EscapedControl(text.substr(0, length));
+      line += escaped.empty() ? text.substr(0, length) : std::string_view(escaped);
+    }
+    text.remove_prefix(length == 0 ? 1 : length);
+  }
+  return line;
+}
+
 std::string ForTerminal(std::string_view utf8, std::size_t limit) {
   std::string text;
   for (std::size_t count = 0; !utf8.empty(); ++count) {

@@ -17,6 +17,10 @@ std::string EncodeUtf16(std::string_view utf8);
 
 bool IsUtf8(std::string_view bytes);
 
+/// A text of any bytes on one line and without anything that a terminal would act on: control characters and bytes that are
+/// no UTF-8 become \xNN, as in the host's messages.
+std::string OneLine(std::string_view text);
+
 /// `text` with what a terminal would act on escaped, cut to `limit` characters with an ellipsis.
 std::string ForTerminal(std::string_view utf8, std::size_t limit);
 

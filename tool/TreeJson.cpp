@@ -39,6 +39,7 @@ struct KidConverter {
   Json operator()(const MarkedContent& content) const {
     Json object = {{"mcid", content.mcid}};
     PutPage(object, content.page);
+    if (content.ofStream) object["stream"] = true;
     PutText(object, "text", content.text);
     return object;
   }

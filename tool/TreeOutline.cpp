@@ -61,15 +61,18 @@ class Outline {
   }
 
  private:
-  /// One line for the marked content that follows from `first` on the same page, or for one alone whose text is shown; gives
-  /// the index behind it.
+  /// One line for the marked content that follows from `first` in the same place, or for one alone whose text is shown;
+  /// gives the index behind it.
   static std::size_t PrintMarkedContent(const std::vector<Kid>& kids, std::size_t first, std::size_t level) {
-    const std::int32_t page = std::get<MarkedContent>(kids[first]).page;
-    std::string line = Indent(level) + PageOf(page) + ": mcid";
+    const MarkedContent& head = std::get<MarkedContent>(kids[first]);
+    std::string line = Indent(level) + PageOf(head.page) + (head.ofStream ? ", in a form: mcid" : ": mcid");
     std::size_t i = first;
     for (; i < kids.size(); ++i) {
       const MarkedContent* content = std::get_if<MarkedContent>(&kids[i]);
-      if (content == nullptr || content->page != page || (i > first && content->text)) break;
+      if (content == nullptr || content->page != head.page || content->ofStream != head.ofStream ||
+          (i > first && content->text)) {
+        break;
+      }
       line.append(" ").append(std::to_string(content->mcid));
       if (content->text) {
         line.append(" \"").append(ForTerminal(*content->text, kShownCharacters)).append("\"");

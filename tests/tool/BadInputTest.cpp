@@ -84,7 +84,31 @@ TEST_F(BadInput, WrongPassword) {
 TEST_F(BadInput, FileNameWithALineBreakStaysOnOneLine) {
   const ProcessResult result = Tool({"tree", "a\nb.pdf"}).Run();
   EXPECT_EQ(result.status, 1);
-  EXPECT_EQ(result.err, Message("a\\nb.pdf: no such file"));
+  EXPECT_EQ(result.err, Message("a\\x0Ab.pdf: no such file"));
+}
+
+TEST_F(BadInput, FileNameOfAnyBytesIsNamedOnceAndEscaped) {
+  for (const std::string name : {"t\x01\xFF.pdf", "caf\xC3\xA9.pdf", "c1\xC2\x9B.pdf", "rtl\xE2\x80\xAE.pdf"}) {
+    folder_.Write(name, "no PDF file");
+    const ProcessResult result = Tool({"tree", name}).In(folder_.Path()).Run();
+    EXPECT_EQ(result.err.find(".pdf"), result.err.rfind(".pdf")) << result.err;
+    EXPECT_EQ(result.err.find_first_of("\x01\xFF\x9B"), std::string::npos) << result.err;
+  }
+}
+
+TEST_F(BadInput, LongPathIsNamedOnce) {
+  std::string path = ".";
+  for (int i = 0; i < 200; ++i) path += "/.";
+  folder_.Write("letter.pdf", "no PDF file");
+  const ProcessResult result = Tool({"tree", path + "/letter.pdf"}).In(folder_.Path()).Run();
+  EXPECT_THAT(result.err, StartsWith("tgx: " + path + "/letter.pdf: not a PDF"));
+}
+
+TEST_F(BadInput, EmptyNameOfTheOutput) {
+  folder_.Write("in.pdf", TinyDocument());
+  const ProcessResult result = Tool({"run", "in.pdf", "-o", "", "reserved"}).In(folder_.Path()).Run();
+  EXPECT_EQ(result.status, 1);
+  EXPECT_EQ(result.err, Message("-o: the name of the output is empty"));
 }
 
 TEST_F(BadInput, TargetInAFolderWhereNothingCanBeMade) {

@@ -70,5 +70,56 @@ TEST_F(BadTree, DoublesAtEveryLevelWhoseWaysCannotBeCounted) {
   ExpectTreeRefused(document.Write(), HasSubstr("in so many places"));
 }
 
+/// Elements that share an object by the name of "shared", under a key.
+std::vector<Element> Sharing(int count, const std::string& key) {
+  std::vector<Element> elements;
+  for (int i = 0; i < count; ++i) elements.push_back(Element("P").Set(key, "$shared"));
+  return elements;
+}
+
+TEST_F(BadTree, LongTextThatManyElementsShare) {
+  TestDocument document;
+  document.AddPage();
+  document.Object("shared", "(" + std::string(1 << 20, 'x') + ")");
+  document.Tree(Sharing(400, "ActualText"));
+  ExpectTreeRefused(document.Write(), HasSubstr("more than 256 MiB of texts"));
+}
+
+TEST_F(BadTree, AttributesThatManyElementsShare) {
+  TestDocument document;
+  document.AddPage();
+  std::string numbers;
+  for (int i = 0; i < 9000; ++i) numbers += "1 ";
+  document.Object("shared", "<</O/Layout/BBox[" + numbers + "]>>");
+  document.Tree(Sharing(1500, "A"));
+  ExpectTreeRefused(document.Write(), HasSubstr("more than 10,000,000 attribute values"));
+}
+
+TEST_F(BadTree, ChainOfRolesIsFollowedOnce) {
+  TestDocument document;
+  document.AddPage();
+  constexpr int kTypes = 20000;
+  std::vector<std::pair<std::string, std::string>> roles;
+  std::vector<Element> elements;
+  for (int i = 0; i < kTypes; ++i) {
+    roles.emplace_back("T" + std::to_string(i), i + 1 < kTypes ? "T" + std::to_string(i + 1) : "P");
+    elements.emplace_back("T" + std::to_string(i));
+  }
+  document.RoleMap(roles).Tree(elements);
+  folder_.Write("in.pdf", document.Write());
+  const ProcessResult result = Tool({"tree", "in.pdf"}).In(folder_.Path()).Run();
+  EXPECT_EQ(result.status, 0);
+  EXPECT_THAT(result.out, StartsWith("T0 (P)\nT1 (P)\n"));
+}
+
+TEST_F(BadTree, RolesInACircleEndAtTheTypeWhereItCloses) {
+  TestDocument document;
+  document.AddPage();
+  document.RoleMap({{"Way", "A"}, {"A", "B"}, {"B", "A"}});
+  document.Tree({Element("Way"), Element("B"), Element("A")});
+  folder_.Write("in.pdf", document.Write());
+  EXPECT_EQ(Tool({"tree", "in.pdf"}).In(folder_.Path()).Run().out, "Way (A)\nB\nA\n");
+}
+
 }  // namespace
 }  // namespace tgx::test

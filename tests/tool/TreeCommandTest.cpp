@@ -51,6 +51,15 @@ TEST_F(TreeCommand, JsonHasEveryPropertyOfAnElementInItsOrder) {
             R"("attributes":[{"O":"Table","Scope":"Column"}],"kids":[{"mcid":0,"page":1}]}]})");
 }
 
+TEST_F(TreeCommand, ContentOfAFormHasItsNumberWithinThat) {
+  TestDocument document;
+  Page& page = document.AddPage();
+  document.Stream("form", "<</Type/XObject/Subtype/Form/BBox[0 0 9 9]>>", "/P <</MCID 4>> BDC EMC");
+  document.Tree({Element("P").Text(page, "x").RawKid("<</Type/MCR/Pg $page1/Stm $form/MCID 4>>")});
+  EXPECT_EQ(Tree(document)["kids"][0]["kids"].dump(), R"([{"mcid":0,"page":1},{"mcid":4,"page":1,"stream":true}])");
+  EXPECT_EQ(Outline(document), "P\n  page 1: mcid 0\n  page 1, in a form: mcid 4\n");
+}
+
 TEST_F(TreeCommand, JsonLeavesOutKeysWithoutAValue) {
   TestDocument document;
   document.AddPage();
