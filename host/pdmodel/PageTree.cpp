@@ -24,6 +24,17 @@ QPDFObjectHandle TopOf(QPDFObjectHandle node, const std::string& documentName) {
   throw Damaged(documentName, "the page tree has no root");
 }
 
+/// Takes out what is no dictionary and so no page. All at once: an array may hold any number of such items.
+void DropStrays(QPDFObjectHandle& kids) {
+  const int count = kids.getArrayNItems();
+  std::vector<QPDFObjectHandle> pages;
+  for (int i = 0; i < count; ++i) {
+    QPDFObjectHandle kid = kids.getArrayItem(i);
+    if (kid.isDictionary()) pages.push_back(std::move(kid));
+  }
+  if (pages.size() < static_cast<std::size_t>(count)) kids.setArrayFromVector(pages);
+}
+
 }  // namespace
 
 std::unordered_set<const QPDFObject*> CheckedPageTree(QPDF& pdf, const std::string& documentName) {
@@ -31,30 +42,31 @@ std::unordered_set<const QPDFObject*> CheckedPageTree(QPDF& pdf, const std::stri
   if (!pages.isDictionary()) return {};
   struct Level {
     QPDFObjectHandle kids;
+    int count;
     int next;
   };
   std::unordered_set<const QPDFObject*> tree;
   std::vector<Level> path;
+  const auto add = [&](const QPDFObjectHandle& part) {
+    if (!tree.insert(part.getObjectPtr()).second) throw Damaged(documentName, "a part of the page tree stands in it twice");
+  };
   const auto enter = [&](QPDFObjectHandle node) {
-    if (!tree.insert(node.getObjectPtr()).second) throw Damaged(documentName, "a part of the page tree stands in it twice");
+    add(node);
     if (path.size() == kDeepestTree) throw Damaged(documentName, "the page tree is more than 512 levels deep");
     QPDFObjectHandle kids = node.getKey("/Kids");
-    if (kids.isArray()) tree.insert(kids.getObjectPtr());
-    path.push_back({kids, 0});
+    if (!kids.isArray()) return;
+    add(kids);
+    DropStrays(kids);
+    path.push_back({kids, kids.getArrayNItems(), 0});
   };
   enter(TopOf(pages, documentName));
   while (!path.empty()) {
     Level& level = path.back();
-    if (!level.kids.isArray() || level.next >= level.kids.getArrayNItems()) {
+    if (level.next == level.count) {
       path.pop_back();
       continue;
     }
-    QPDFObjectHandle kid = level.kids.getArrayItem(level.next);
-    if (!kid.isDictionary()) {
-      level.kids.eraseItem(level.next);
-      continue;
-    }
-    ++level.next;
+    QPDFObjectHandle kid = level.kids.getArrayItem(level.next++);
     if (kid.hasKey("/Kids")) enter(kid);
   }
   return tree;

@@ -34,18 +34,26 @@ class Reader {
  private:
   static constexpr int kDeepest = 32;
 
+  /// Whether it has not been met before: nodes and arrays in several places are read once.
+  bool IsNew(const QPDFObjectHandle& object) {
+    const bool isNew = met_.insert(object.getObjectPtr()).second;
+    if (!isNew) result_.isOrderly = false;
+    return isNew;
+  }
+
   void ReadNode(QPDFObjectHandle node, int depth) {
-    if (!node.isDictionary() || depth > kDeepest || !met_.insert(node.getObjectPtr()).second) {
+    if (!node.isDictionary() || depth > kDeepest) {
       result_.isOrderly = false;
       return;
     }
+    if (!IsNew(node)) return;
     const std::size_t first = result_.entries.size();
     QPDFObjectHandle kids = node.getKey("/Kids");
     QPDFObjectHandle leaf = node.getKey(Traits<Key>::kLeafKey);
-    if (kids.isArray()) {
+    if (kids.isArray() && IsNew(kids)) {
       for (int i = 0; i < kids.getArrayNItems(); ++i) ReadNode(kids.getArrayItem(i), depth + 1);
     }
-    if (leaf.isArray()) ReadLeaf(leaf);
+    if (leaf.isArray() && IsNew(leaf)) ReadLeaf(leaf);
     const bool hasBoth = !kids.isNull() && !leaf.isNull();
     if (hasBoth || (depth > 0 && !HasRightLimits(node, first))) result_.isOrderly = false;
   }

@@ -1,8 +1,10 @@
 #include "host/pdsedit/NodeStore.h"
 
+#include "host/core/HostError.h"
 #include "host/pdmodel/Document.h"
 #include "host/pdmodel/PageList.h"
 #include "host/pdsedit/KidKinds.h"
+#include "host/pdsedit/StructureReader.h"
 
 namespace tgx::host {
 
@@ -67,6 +69,13 @@ void NodeStore::EraseKid(NodeId parent, ASUns32 index) {
   } else {
     DropItem(kid);
   }
+}
+
+void NodeStore::ReadSharedKids(NodeId id, QPDFObjectHandle& array) {
+  if (readArrays_.insert(array.getObjectPtr()).second) return;
+  kidsReadAgain_ += static_cast<std::uint64_t>(array.getArrayNItems());
+  if (kidsReadAgain_ <= MostWithSharing(Count())) return;
+  throw HostError(kASDamagedDocument, NameOf(nodes_[id]) + " shares its kids with so many that they cannot be walked");
 }
 
 PageRef NodeStore::PageOf(QPDFObjectHandle dictionary) {

@@ -1,7 +1,9 @@
 #pragma once
 
+#include <cstdint>
 #include <deque>
 #include <unordered_map>
+#include <unordered_set>
 #include <vector>
 
 #include <tgx/host.h>
@@ -12,6 +14,9 @@
 namespace tgx::host {
 
 class Document;
+
+/// How much more than `count` single things sharing may make of them: enough for every sound tree.
+constexpr std::uint64_t MostWithSharing(std::uint64_t count) { return 4 * count + 100'000; }
 
 /// A structure element, or a structure tree root, in memory.
 struct Node {
@@ -57,6 +62,12 @@ class NodeStore {
   void InsertKid(NodeId parent, ASUns32 index, Kid kid);
   void EraseKid(NodeId parent, ASUns32 index);
 
+  ASUns32 ItemCount() const noexcept { return static_cast<ASUns32>(items_.size()); }
+
+  /// To be called before the kids of one more node are read from an array with an object number. Arrays that are read again
+  /// and again make many kids out of a small file: throws kASDamagedDocument when that gets out of all proportion.
+  void ReadSharedKids(NodeId id, QPDFObjectHandle& array);
+
   /// The items of a root's "K" that are no elements: no client sees them, and they stay where they are.
   std::vector<QPDFObjectHandle>& StraysOf(NodeId root) { return strays_[root]; }
 
@@ -71,6 +82,8 @@ class NodeStore {
   std::deque<QPDFObjectHandle> items_;
   std::vector<ASUns32> freeItems_;
   std::unordered_map<NodeId, std::vector<QPDFObjectHandle>> strays_;
+  std::unordered_set<const QPDFObject*> readArrays_;
+  std::uint64_t kidsReadAgain_ = 0;
   std::vector<QPDFObjectHandle> strangePages_;
   std::unordered_map<const QPDFObject*, PageRef> strangePageOf_;
 };

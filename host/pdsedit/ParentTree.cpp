@@ -126,9 +126,11 @@ class ParentTreeMaker {
 
   void FreeAnnotations() {
     PageList& pages = tree_.Owner().Pages();
+    std::unordered_set<const QPDFObject*> lists;
     for (ASInt32 i = 0; i < pages.Count(); ++i) {
       QPDFObjectHandle annotations = pages.At(i).dictionary.getKey("/Annots");
-      const int count = annotations.isArray() ? annotations.getArrayNItems() : 0;
+      if (!annotations.isArray() || !lists.insert(annotations.getObjectPtr()).second) continue;
+      const int count = annotations.getArrayNItems();
       for (int k = 0; k < count; ++k) {
         QPDFObjectHandle annotation = annotations.getArrayItem(k);
         if (!annotation.isDictionary() || owners_.count(annotation.getObjectPtr()) > 0) continue;
@@ -179,9 +181,10 @@ class ParentTreeMaker {
     return object.getObjectPtr() == nodes_[id].object.getObjectPtr();
   }
 
-  bool IsTrue(const Entry& entry, QPDFObjectHandle value) const {
+  bool IsTrue(const Entry& entry, QPDFObjectHandle value) {
     if (!entry.IsList()) return IsElement(value, entry.holder);
-    if (!value.isArray()) return false;
+    // An array under several numbers is looked at for one of them; the others get their own.
+    if (!value.isArray() || !compared_.insert(value.getObjectPtr()).second) return false;
     const int count = value.getArrayNItems();
     const HeldContent* held = entry.first;
     for (int i = 0; i < count; ++i) {
@@ -204,12 +207,12 @@ class ParentTreeMaker {
     return tree_.Owner().Pdf().makeIndirectObject(QPDFObjectHandle::newArray(items));
   }
 
-  static bool IsEmptyList(QPDFObjectHandle value) {
+  bool IsEmptyList(QPDFObjectHandle value) {
     if (!value.isArray()) return false;
-    for (int i = 0; i < value.getArrayNItems(); ++i) {
-      if (!value.getArrayItem(i).isNull()) return false;
-    }
-    return true;
+    const auto [known, isNew] = isEmptyList_.try_emplace(value.getObjectPtr(), true);
+    const int count = isNew ? value.getArrayNItems() : 0;
+    for (int i = 0; i < count && known->second; ++i) known->second = value.getArrayItem(i).isNull();
+    return known->second;
   }
 
   /// An array whose number belongs to nothing that is known is taken for that of a form whose content the tree names by page
@@ -217,10 +220,19 @@ class ParentTreeMaker {
   /// single element belongs to an object that nothing in the tree refers to, and goes.
   bool KeepOfUnknownOwner(QPDFObjectHandle& value) {
     if (!value.isArray()) return false;
+    const auto [known, isNew] = trueParts_.try_emplace(value.getObjectPtr());
+    if (isNew) known->second = TruePartOf(value);
+    value = known->second;
+    return value.isInitialized();
+  }
+
+  /// The array itself if all of it is true, another one for a part, an uninitialised handle for nothing.
+  QPDFObjectHandle TruePartOf(QPDFObjectHandle& array) {
     bool isTrue = true;
     std::vector<QPDFObjectHandle> items;
-    for (int i = 0; i < value.getArrayNItems(); ++i) {
-      QPDFObjectHandle item = value.getArrayItem(i);
+    const int count = array.getArrayNItems();
+    for (int i = 0; i < count; ++i) {
+      QPDFObjectHandle item = array.getArrayItem(i);
       if (item.isNull()) continue;
       const NodeId id = nodes_.Find(item);
       if (id == kNoNode || !HoldsMcid(id, i)) {
@@ -230,9 +242,8 @@ class ParentTreeMaker {
       items.resize(static_cast<std::size_t>(i), null_);
       items.push_back(item);
     }
-    if (items.empty()) return false;
-    if (!isTrue) value = tree_.Owner().Pdf().makeIndirectObject(QPDFObjectHandle::newArray(items));
-    return true;
+    if (items.empty()) return {};
+    return isTrue ? array : tree_.Owner().Pdf().makeIndirectObject(QPDFObjectHandle::newArray(items));
   }
 
   bool HoldsMcid(NodeId id, ASInt32 mcid) {
@@ -288,6 +299,10 @@ class ParentTreeMaker {
   std::unordered_set<long long> taken_;           ///< numbers in use
   std::unordered_set<long long> freed_;           ///< numbers of things that lead nowhere from now on
   std::unordered_map<NodeId, std::unordered_set<ASInt32>> mcidsOf_;
+  // What is known of arrays by their addresses: any number of entries of a file may share one.
+  std::unordered_set<const QPDFObject*> compared_;
+  std::unordered_map<const QPDFObject*, bool> isEmptyList_;
+  std::unordered_map<const QPDFObject*, QPDFObjectHandle> trueParts_;
   std::vector<TreeEntry<long long>> wanted_;
 };
 

@@ -21,7 +21,7 @@ class StructureCheck {
   struct Mark {
     ASUns32 height = 0;  ///< levels from here down; 0 as long as it is not known
     bool onPath = false;
-    std::uint64_t visits = 0;  ///< nodes that a walk from here meets, with repetitions
+    std::uint64_t visits = 0;  ///< nodes and other kids that a walk from here meets, with repetitions
   };
   struct Frame {
     NodeId id;
@@ -47,6 +47,8 @@ class StructureCheck {
         }
         if (mark.height == 0) return Enter(kid.place);
         Add(frame.id, mark);
+      } else {
+        ++marks_[frame.id].visits;
       }
       ++frame.nextKid;
     }
@@ -57,7 +59,7 @@ class StructureCheck {
     Mark& mark = marks_[parent];
     mark.height = std::max(mark.height, kid.height);
     mark.visits += kid.visits;
-    if (mark.visits > 4 * std::uint64_t{nodes_.Count()} + 100'000) {
+    if (mark.visits > MostWithSharing(std::uint64_t{nodes_.Count()} + nodes_.ItemCount())) {
       throw HostError(kASDamagedDocument,
                       NameOf(nodes_[parent]) + " holds elements in so many places that it cannot be walked");
     }

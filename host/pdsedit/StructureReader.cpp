@@ -29,7 +29,7 @@ void StructureReader::ReadKidsAgain(NodeId id) {
   while (node.kids.Size() > 0) nodes_.EraseKid(id, node.kids.Size() - 1);
   if (node.isRoot) nodes_.StraysOf(id).clear();
   node.arrayForm = false;
-  pending_.push_back(id);
+  ReadKids(id, node.object.getKey("/K"));
   ReadPending();
 }
 
@@ -37,13 +37,14 @@ void StructureReader::ReadPending() {
   while (!pending_.empty()) {
     const NodeId id = pending_.back();
     pending_.pop_back();
-    ReadKids(id);
+    QPDFObjectHandle k = nodes_[id].object.getKey("/K");
+    if (k.isArray() && k.isIndirect()) nodes_.ReadSharedKids(id, k);
+    ReadKids(id, k);
   }
 }
 
-void StructureReader::ReadKids(NodeId id) {
+void StructureReader::ReadKids(NodeId id, QPDFObjectHandle k) {
   Node& node = nodes_[id];
-  QPDFObjectHandle k = node.object.getKey("/K");
   if (!k.isArray()) {
     AddKid(id, k);
     return;

@@ -23,7 +23,7 @@ class StructureReader {
 
  private:
   void ReadPending();
-  void ReadKids(NodeId id);
+  void ReadKids(NodeId id, QPDFObjectHandle k);
   void AddKid(NodeId id, QPDFObjectHandle item);
   NodeId Meet(const QPDFObjectHandle& element, NodeId from);
 
@@ -39,7 +39,7 @@ std::string NameOf(const Node& node);
 constexpr ASUns32 kDeepestLevel = 512;
 
 /// Throws kASDamagedDocument when below `start` an element is its own ancestor, stands deeper than kDeepestLevel, or when
-/// elements that stand in several places make a walk out of all proportion to the number of elements.
+/// elements that stand in several places make a walk out of all proportion to the number of elements and other kids.
 void CheckBelow(const NodeStore& nodes, NodeId start);
 
 /// The same for everything that the store knows.

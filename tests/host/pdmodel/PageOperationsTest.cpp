@@ -117,6 +117,28 @@ TEST(Pages, ThatAreNoDictionariesAreLeftOut) {
   EXPECT_EQ(Model().PDPageGetCosObj(PageOf(document, 0)), document.Object(10));
 }
 
+TEST(Pages, StandAmongAnyNumberOfItemsThatAreNone) {
+  std::string strays;
+  for (int i = 0; i < 200'000; ++i) strays += "7 ";
+  HostDocument document = HostDocument::FromObjects(
+      "<< /Type /Catalog /Pages 2 0 R >>\nendobj\n2 0 obj\n<< /Type /Pages /Count 2 /Kids [" + strays + "10 0 R " + strays +
+      "11 0 R] >>\nendobj\n10 0 obj\n<< /Type /Page /Parent 2 0 R >>\nendobj\n11 0 obj\n<< /Type /Page /Parent 2 0 R >>");
+  EXPECT_EQ(Model().PDDocGetNumPages(document->Handle()), 2);
+  EXPECT_EQ(Model().PDPageGetCosObj(PageOf(document, 1)), document.Object(11));
+}
+
+TEST(Pages, OfAListThatPartsOfTheTreeShareAreRefused) {
+  // Each part would have its own copy of every page.
+  EXPECT_EQ(RaisedText([] {
+              HostDocument::FromObjects(
+                  "<< /Type /Catalog /Pages 2 0 R >>\nendobj\n2 0 obj\n<< /Type /Pages /Count 2 /Kids [3 0 R 4 0 R] >>\n"
+                  "endobj\n3 0 obj\n<< /Type /Pages /Parent 2 0 R /Kids 5 0 R >>\nendobj\n"
+                  "4 0 obj\n<< /Type /Pages /Parent 2 0 R /Kids 5 0 R >>\nendobj\n5 0 obj\n[10 0 R]\nendobj\n"
+                  "10 0 obj\n<< /Type /Page /Parent 3 0 R >>");
+            }),
+            "test.pdf: damaged: a part of the page tree stands in it twice");
+}
+
 TEST(Pages, OfATreeOfSeveralLevelsAreInOrder) {
   HostDocument document = HostDocument::FromObjects(
       "<< /Type /Catalog /Pages 2 0 R >>\nendobj\n2 0 obj\n<< /Type /Pages /Count 3 /Kids [3 0 R 12 0 R] >>\nendobj\n"

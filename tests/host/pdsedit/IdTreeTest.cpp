@@ -93,6 +93,22 @@ TEST(IdTree, IgnoresAnIdThatIsNoString) {
   EXPECT_EQ(IdTreeText(document.Save()), "b Q");
 }
 
+TEST(IdTree, ReadsOnceWhatManyOfItsNodesShare) {
+  constexpr int kNodes = 10'000;
+  for (const std::string entry : {"/Names $shared", "/Kids $shared"}) {
+    TestDocument source;
+    source.AddPage();
+    std::string nodes, items;
+    for (int i = 0; i < kNodes; ++i) nodes += "<<" + entry + "/Limits [(a) (a)]>> ";
+    for (int i = 0; i < 100'000; ++i) items += entry[1] == 'N' ? "(a) $p " : "null ";
+    source.Object("shared", "[" + items + "]");
+    source.Tree({Element("P").Id("a").Named("p")}).SetTree("IDTree", "<</Kids [" + nodes + "]>>");
+    StructureDocument document(source);
+    Touch(document);
+    EXPECT_EQ(IdTreeText(document.Save()), "a P") << entry;
+  }
+}
+
 TEST(IdTree, OfManyIdsHasLeavesThatReadersFind) {
   TestDocument source;
   source.AddPage();

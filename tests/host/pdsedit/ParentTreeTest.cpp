@@ -1,3 +1,6 @@
+#include <map>
+#include <string>
+
 #include <gtest/gtest.h>
 #include <qpdf/QPDFNumberTreeObjectHelper.hh>
 
@@ -293,6 +296,82 @@ TEST(ParentTree, SurvivesANumberTreeThatHoldsItself) {
   StructureDocument document(source);
   Write().PDSElementInsertKid(document.At({0}), document.NewElement("Span"), 0);
   ExpectSound(document.Save());
+}
+
+std::string Repeated(const std::string& text, int count) {
+  std::string result;
+  for (int i = 0; i < count; ++i) result += text;
+  return result;
+}
+
+TEST(ParentTree, LooksOnceAtAListUnderManyNumbers) {
+  constexpr int kCount = 100'000;
+  TestDocument source;
+  Page& page = source.AddPage();
+  source.Object("list", "[null $span " + Repeated("0 ", kCount) + "]");
+  std::string numbers;
+  for (int i = 1; i <= kCount; ++i) numbers += std::to_string(i) + " $list ";
+  source.Tree({Element("Sect")({Element("P").Text(page, "a"), Element("Span").Named("span").Mcid(page, 1)})});
+  source.SetTree("ParentTree", "<</Nums [" + numbers + "]>>");
+  StructureDocument document(source);
+  Write().PDSElementInsertKid(document.At({0}), document.NewElement("Div"), 0);
+  ReadBack file(document.Save());
+  std::map<long long, QPDFObjectHandle> entries =
+      QPDFNumberTreeObjectHelper(file.TreeRoot().getKey("/ParentTree"), file.Pdf(), false).getAsMap();
+  ASSERT_GE(entries.size(), static_cast<std::size_t>(kCount));
+  EXPECT_EQ(entries[kCount].unparse(), entries[1].unparse());
+  EXPECT_EQ(entries[kCount].getArrayNItems(), 2);
+}
+
+TEST(ParentTree, LooksOnceAtAnEmptyListOfManyPages) {
+  TestDocument source;
+  Page& page = source.AddPage();
+  constexpr int kPages = 2000;
+  std::string numbers;
+  for (int i = 1; i <= kPages; ++i) {
+    source.AddPage().Set("StructParents", std::to_string(i));
+    numbers += std::to_string(i) + " $list ";
+  }
+  source.Object("list", "[" + Repeated("null ", 1'000'000) + "]");
+  source.Tree({Element("Sect")({Element("P").Text(page, "a")})}).SetTree("ParentTree", "<</Nums [" + numbers + "]>>");
+  StructureDocument document(source);
+  Write().PDSElementInsertKid(document.At({0}), document.NewElement("Span"), 0);
+  ReadBack file(document.Save());
+  EXPECT_TRUE(file.Page(kPages).hasKey("/StructParents"));
+}
+
+TEST(ParentTree, ComparesAListUnderManyNumbersOnce) {
+  TestDocument source;
+  constexpr int kPages = 2000;
+  std::string numbers, kids;
+  for (int i = 1; i <= kPages; ++i) {
+    source.AddPage().Set("StructParents", std::to_string(i));
+    kids += "<</Type/MCR/MCID 0/Pg $page" + std::to_string(i) + ">> ";
+    numbers += std::to_string(i) + " $list ";
+  }
+  source.Object("list", "[$p " + Repeated("null ", 1'000'000) + "]");
+  source.Tree({Element("P").Named("p").Set("K", "[" + kids + "]")}).SetTree("ParentTree", "<</Nums [" + numbers + "]>>");
+  StructureDocument document(source);
+  Write().PDSElementInsertKid(document.Root(), document.NewElement("Span"), kPDSAfterLast);
+  ReadBack file(document.Save());
+  std::map<long long, QPDFObjectHandle> entries =
+      QPDFNumberTreeObjectHelper(file.TreeRoot().getKey("/ParentTree"), file.Pdf(), false).getAsMap();
+  ASSERT_EQ(entries.size(), static_cast<std::size_t>(kPages));
+  for (auto& [number, list] : entries) EXPECT_EQ(list.getArrayItem(0).getKey("/S").getName(), "/P");
+}
+
+TEST(ParentTree, LooksOnceAtAnnotationsOfManyPages) {
+  TestDocument source;
+  Page& page = source.AddPage();
+  constexpr int kPages = 2000;
+  for (int i = 1; i <= kPages; ++i) source.AddPage().Set("Annots", "$list");
+  source.Object("list", "[" + Repeated("null ", 1'000'000) + "<</Subtype/Link/StructParent 3>>]");
+  source.Tree({Element("Sect")({Element("P").Text(page, "a")})});
+  StructureDocument document(source);
+  Write().PDSElementInsertKid(document.At({0}), document.NewElement("Span"), 0);
+  ReadBack file(document.Save());
+  QPDFObjectHandle annotations = file.Page(kPages).getKey("/Annots");
+  EXPECT_FALSE(annotations.getArrayItem(1'000'000).hasKey("/StructParent"));
 }
 
 TEST(ParentTree, DoesNotGrowWithAHugeMcid) {

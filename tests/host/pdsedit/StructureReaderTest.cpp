@@ -259,6 +259,58 @@ TEST(DamagedTree, ElementsThatShareTheirKidsLevelByLevelRaise) {
   EXPECT_EQ(CodeOfReading(source), kASDamagedDocument);
 }
 
+std::string Repeated(const std::string& text, int count) {
+  std::string result;
+  for (int i = 0; i < count; ++i) result += text;
+  return result;
+}
+
+TEST(DamagedTree, ElementsThatShareOneLongListOfKidsRaise) {
+  constexpr int kCount = 20'000;
+  TestDocument source;
+  source.AddPage();
+  source.Object("kids", "[" + Repeated("0 ", kCount) + "]");
+  std::string top;
+  for (int i = 0; i < kCount; ++i) {
+    const std::string name = "e" + std::to_string(i);
+    source.Object(name, "<</S/P/K $kids>>");
+    top += "$" + name + " ";
+  }
+  source.Tree({}).SetTree("K", "[" + top + "]");
+  EXPECT_EQ(CodeOfReading(source), kASDamagedDocument);
+}
+
+TEST(DamagedTree, ElementsOutsideOfTheTreeThatShareOneLongListOfKidsRaise) {
+  constexpr int kCount = 20'000;
+  TestDocument source;
+  source.AddPage();
+  source.Object("kids", "[" + Repeated("0 ", kCount) + "]").Tree({});
+  source.SetCatalog("Elements", "[" + Repeated("<</S/P/K $kids>> ", kCount) + "]");
+  StructureDocument document(source);
+  const CosObj elements = Cos().CosDictGetKeyString(Cos().CosDocGetRoot(document.Doc()), "Elements");
+  EXPECT_EQ(RaisedCode([&] {
+              for (int i = 0; i < kCount; ++i) Read().PDSElementGetNumKids(Cos().CosArrayGet(elements, i));
+            }),
+            kASDamagedDocument);
+}
+
+TEST(DamagedTree, FewElementsMayShareAListOfKids) {
+  TestDocument source;
+  source.AddPage();
+  source.Object("kids", "[" + Repeated("0 ", 20'000) + "]");
+  source.Tree({Element("P").Set("K", "$kids"), Element("P").Set("K", "$kids"), Element("P").Set("K", "$kids")});
+  StructureDocument document(source);
+  EXPECT_EQ(Read().PDSElementGetNumKids(document.At({2})), 20'000);
+}
+
+TEST(DamagedTree, ElementWithManyKidsInManyPlacesRaises) {
+  TestDocument source;
+  source.AddPage();
+  source.Object("e", "<</S/P/K [" + Repeated("0 ", 1000) + "]>>");
+  source.Tree({}).SetTree("K", "[" + Repeated("$e ", 1000) + "]");
+  EXPECT_EQ(CodeOfReading(source), kASDamagedDocument);
+}
+
 TEST(DamagedTree, ElementMetTwiceIsAllowed) {
   TestDocument source;
   source.AddPage();
