@@ -82,10 +82,9 @@ class Counter {
 
   Census Take() {
     const auto enter = [this](PDSElement element, const Surroundings& around) { return Enter(element, around); };
-    const auto other = [this](PDSElement element, ASInt32 index, ASAtom type, CosObj kid, ASInt32 mcid,
-                              const Surroundings& around) {
-      if (type == types_.markedContent && (around.marks != 0)) AddPlace(element, index, mcid, around.marks);
-      if (type == types_.object) CountObject(kid);
+    const auto other = [this](PDSElement element, ASInt32 index, ASAtom type, ASInt32 mcid, const Surroundings& around) {
+      if (type == types_.markedContent && around.marks != 0) AddPlace(element, index, mcid, around.marks);
+      if (type == types_.object) CountObject(KidOf(element, index));
     };
     ElementWalk<Surroundings, decltype(enter), decltype(other)>(enter, other).Walk(document_, Surroundings());
     census_[Counted::kElements] = census_.elements.size();
@@ -149,8 +148,8 @@ class Counter {
   }
 
   void AddPlace(PDSElement element, ASInt32 index, ASInt32 mcid, unsigned marks) {
-    CosObj kid = {}, page = {};
-    PDSElementGetKid(element, index, &kid, nullptr, &page);
+    CosObj page = {};
+    PDSElementGetKid(element, index, nullptr, nullptr, &page);
     census_.places.push_back({pages_.NumberOf(page), mcid, marks});
   }
 

@@ -107,7 +107,7 @@ StepResult Document::Run(const StepCall& step) {
   const std::size_t frames = TGXHost_FrameDepth();
   StepResult result = Apply(handle_, step);
   TGXHost_CutFrames(frames);
-  TGXHost_DropUnchangedContent(handle_);
+  if (!keepsContent_) TGXHost_DropUnchangedContent(handle_);
   if (result.code == TGX_UNKNOWN_ACTION && result.error.empty()) result.error = "there is no such action";
   return result;
 }

@@ -31,6 +31,9 @@ class Document {
 
   StepResult Run(const StepCall& step);
 
+  /// Keeps the content of pages from one step for the next: for many steps that look at the pages.
+  void KeepContent() { keepsContent_ = true; }
+
   /// Tells on standard error what was found wrong with the file, as far as it has not been told yet: a few lines at most.
   void TellWarnings();
 
@@ -43,6 +46,7 @@ class Document {
  private:
   std::string path_;
   PDDoc handle_;
+  bool keepsContent_ = false;
   std::size_t warningsTold_ = 0;
 };
 

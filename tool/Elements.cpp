@@ -8,6 +8,12 @@ std::string BytesOf(CosObj string) {
   return {bytes, static_cast<std::size_t>(count)};
 }
 
+CosObj KidOf(PDSElement parent, ASInt32 index) {
+  CosObj kid = {};
+  PDSElementGetKid(parent, index, &kid, nullptr, nullptr);
+  return kid;
+}
+
 void SetLanguage(PDSElement element, const std::string& bytes) {
   PDSElementSetLanguage(element, reinterpret_cast<const ASUns8*>(bytes.data()), static_cast<ASTArraySize>(bytes.size()));
 }

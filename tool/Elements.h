@@ -18,6 +18,9 @@ std::string TextOf(PDSElement element, Getter getter) {
 /// The bytes of a string object.
 std::string BytesOf(CosObj string);
 
+/// The object of a kid. Numbers of marked content get handles only by being asked for, so that should be done where needed.
+CosObj KidOf(PDSElement parent, ASInt32 index);
+
 void SetLanguage(PDSElement element, const std::string& bytes);
 void PutString(CosDoc document, CosObj dictionary, const char* key, const std::string& bytes);
 
@@ -30,7 +33,7 @@ struct KidTypes {
 
 /// A walk over all elements of the structure tree, parents first. An element that stands in the tree twice is visited once.
 ///
-/// `enter(element, context of its parent)` gives the element's own context; `other(element, index, kid type, kid, mcid, its
+/// `enter(element, context of its parent)` gives the element's own context; `other(element, index, kid type, mcid, its
 /// context)` is called for kids that are no elements.
 template <typename Context, typename Enter, typename Other>
 class ElementWalk {
@@ -55,13 +58,12 @@ class ElementWalk {
     const Context own = enter_(element, parent);
     const ASInt32 count = PDSElementGetNumKids(element);
     for (ASInt32 i = 0; i < count; ++i) {
-      CosObj kid = {};
       ASInt32 mcid = -1;
-      const ASAtom type = PDSElementGetKidEx(element, i, &kid, &mcid, nullptr, nullptr);
+      const ASAtom type = PDSElementGetKidEx(element, i, nullptr, &mcid, nullptr, nullptr);
       if (type == types_.element) {
-        Visit(kid, own);
+        Visit(KidOf(element, i), own);
       } else {
-        other_(element, i, type, kid, mcid, own);
+        other_(element, i, type, mcid, own);
       }
     }
   }
@@ -80,7 +82,7 @@ void ForEachElement(PDDoc document, Visit visit) {
     visit(element);
     return Nothing();
   };
-  const auto other = [](PDSElement, ASInt32, ASAtom, CosObj, ASInt32, const Nothing&) {};
+  const auto other = [](PDSElement, ASInt32, ASAtom, ASInt32, const Nothing&) {};
   ElementWalk<Nothing, decltype(enter), decltype(other)>(enter, other).Walk(document, Nothing());
 }
 

@@ -54,6 +54,7 @@ class Repair {
 
   bool Attempt(Document& document) {
     RequireStructureTree(document);
+    document.KeepContent();
     RepairSummary summary;
     summary.rewrittenTexts = RewriteMarkTexts(document.Handle());
     summary.before = TakeCensus(document.Handle());

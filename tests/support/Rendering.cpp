@@ -31,16 +31,14 @@ Bitmap ReadPpm(const std::filesystem::path& path) {
   return bitmap;
 }
 
-}  // namespace
-
-std::vector<Bitmap> RenderPages(const std::string& pdf) {
+std::vector<Bitmap> Render(const std::string& pdf, const std::string& options) {
   static std::atomic<int> count = 0;
   const std::filesystem::path folder =
       std::filesystem::path(testing::TempDir()) / ("tgx-render-" + std::to_string(getpid()) + "-" + std::to_string(++count));
   std::filesystem::create_directories(folder);
   std::ofstream(folder / "in.pdf", std::ios::binary) << pdf;
   const std::string command =
-      "pdftoppm -r 100 '" + (folder / "in.pdf").string() + "' '" + (folder / "page").string() + "' 2>&1";
+      "pdftoppm " + options + " '" + (folder / "in.pdf").string() + "' '" + (folder / "page").string() + "' 2>&1";
   // The path is the test's own.
   if (std::system(command.c_str()) != 0) throw std::runtime_error("pdftoppm failed");  // NOLINT(cert-env33-c)
   std::vector<std::filesystem::path> paths;
@@ -52,6 +50,14 @@ std::vector<Bitmap> RenderPages(const std::string& pdf) {
   for (const auto& path : paths) pages.push_back(ReadPpm(path));
   std::filesystem::remove_all(folder);
   return pages;
+}
+
+}  // namespace
+
+std::vector<Bitmap> RenderPages(const std::string& pdf) { return Render(pdf, "-r 100"); }
+
+std::vector<Bitmap> RenderContent(const std::string& pdf, int resolution, int lastPage) {
+  return Render(pdf, "-hide-annotations -r " + std::to_string(resolution) + " -l " + std::to_string(lastPage));
 }
 
 Difference Compare(const Bitmap& first, const Bitmap& second) {
