@@ -5,7 +5,7 @@
     sweep.py PROGRAM remove FILE...        each container of each page taken out in turn: pixels outside its box and the
                                            words outside it stay as they are
     sweep.py PROGRAM text FILE...          characters of the pages against pdftotext
-    sweep.py PROGRAM boxes FILE...         left and right edges of texts against the words of pdftotext -bbox
+    sweep.py PROGRAM boxes FILE...         left and right edges of the words of pdftotext -bbox against the boxes of texts
 """
 import collections
 import html
@@ -136,8 +136,19 @@ def check_text(program, path, _):
     return problems
 
 
+def is_covered(word_left, word_right, boxes):
+    """Whether boxes that touch each other reach over the word, give or take a point."""
+    reached = word_left + 1
+    begun = False
+    for left, right in sorted(boxes):
+        if left <= reached:
+            begun = True
+            reached = max(reached, right + 1)
+    return begun and reached >= word_right
+
+
 def check_boxes(program, path, _):
-    """Each word of pdftotext must lie inside a text's box horizontally, and each text's edge must be a word's edge."""
+    """Each word of pdftotext must lie inside the boxes of texts of its line horizontally."""
     problems = []
     sizes = page_sizes(path)
     for number, page in enumerate(words(path), 1):
@@ -145,16 +156,16 @@ def check_boxes(program, path, _):
             continue
         media = [float(value) for value in sizes[number]["MediaBox"]]
         texts = []
-        for line in run(program, "boxes", path, str(number)).decode("utf8", "replace").splitlines():
-            parts = line.split(" ", 4)
-            if len(parts) == 5 and parts[4].strip():
-                left, bottom, right, top = (float(v) for v in parts[:4])
-                texts.append((left - media[0], media[3] - top, right - media[0], media[3] - bottom, parts[4]))
+        for line in run(program, "boxes", path, str(number)).decode("utf8", "replace").split("\n"):
+            match = re.match(r"([-\d.]+) ([-\d.]+) ([-\d.]+) ([-\d.]+) .*\S", line)
+            if match:
+                left, bottom, right, top = (float(match[i]) for i in (1, 2, 3, 4))
+                texts.append((left - media[0], media[3] - top, right - media[0], media[3] - bottom))
         for word, x0, y0, x1, y1 in page:
             middle = (y0 + y1) / 2
-            same = [t for t in texts if t[1] <= middle <= t[3]]
-            if not any(t[0] - 1 <= x0 and x1 <= t[2] + 1 for t in same):
-                near = [f"{t[0]:.1f}-{t[2]:.1f}" for t in same if t[0] <= x1 and t[2] >= x0]
+            boxes = [(t[0], t[2]) for t in texts if t[1] <= middle <= t[3]]
+            if not is_covered(x0, x1, boxes):
+                near = [f"{left:.1f}-{right:.1f}" for left, right in boxes if left <= x1 and right >= x0]
                 problems.append(f"page {number}: {word!r} {x0:.2f}-{x1:.2f} at {middle:.0f}, texts {near[:4]}")
     return problems
 
