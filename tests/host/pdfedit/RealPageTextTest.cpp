@@ -111,7 +111,7 @@ class RealPageText : public testing::TestWithParam<test::DataFile> {
 TEST_P(RealPageText, HasTheCharactersThatAnotherReaderFinds) {
   std::string all;
   for (const Text& text : texts_) all += text.text;
-  Estd::max(tallest, word.top - word.bottom)PECT_EQ(Printed(all), Printed(test::OutputOf("pdftotext -l 1 -raw {} - 2>/dev/null", reference_)));
+  EXPECT_EQ(Printed(all), Printed(test::OutputOf("pdftotext -l 1 -raw {} - 2>/dev/null", reference_)));
 }
 
 constexpr double kTolerance = 1;  // points
@@ -167,15 +167,15 @@ TEST_P(RealPageText, HasBoxesThatBeginAndEndWithTheWordsThatAnotherReaderFinds) 
   std::vector<test::Box> boxes;
   for (const Text& text : texts_) boxes.push_back(text.box);
   for (const test::Box& word : words) {
-    Estd::max(tallest, word.top - word.bottom)PECT_TRUE(IsCovered(word, boxes)) << word.left << ' ' << word.bottom << ' ' << word.right << ' ' << word.top;
+    EXPECT_TRUE(IsCovered(word, boxes)) << word.left << ' ' << word.bottom << ' ' << word.right << ' ' << word.top;
   }
   for (const Text& text : texts_) {
     if (Printed(text.text).empty() || !IsOfOneLine(text.box, words)) continue;
     if (!IsSpaceAt(text.text, 0)) {
-      Estd::max(tallest, word.top - word.bottom)PECT_TRUE(IsAtAWord(text.box.left, text.box, words)) << text.text << ' ' << text.box.left << ' ' << text.box.bottom;
+      EXPECT_TRUE(IsAtAWord(text.box.left, text.box, words)) << text.text << ' ' << text.box.left << ' ' << text.box.bottom;
     }
     if (!IsSpaceAt(text.text, text.text.size() - 1)) {
-      Estd::max(tallest, word.top - word.bottom)PECT_TRUE(IsAtAWord(text.box.right, text.box, words))
+      EXPECT_TRUE(IsAtAWord(text.box.right, text.box, words))
           << text.text << ' ' << text.box.right << ' ' << text.box.bottom;
     }
   }
