@@ -89,13 +89,10 @@ TEST(RunAction, NumberWithoutAWorkerIsUnknown) {
   for (int number = 0; number <= 18; ++number) EXPECT_EQ(RunAction({}, number, kDocument, ""), TGX_UNKNOWN_ACTION);
 }
 
-TEST(Actions, HaveTheNumbersFrom0To18AtMostOnceAndInOrder) {
-  int previous = -1;
-  for (const ActionRow& row : Actions()) {
-    EXPECT_GT(row.number, previous);
-    EXPECT_LE(row.number, 18);
-    previous = row.number;
-  }
+TEST(Actions, HaveTheNumbersFrom0To18InOrder) {
+  std::vector<int> numbers;
+  for (const ActionRow& row : Actions()) numbers.push_back(row.number);
+  EXPECT_THAT(numbers, ElementsAre(0, 1, 2, 3, 4, 5, 6, 7, 8, 9, 10, 11, 12, 13, 14, 15, 16, 17, 18));
 }
 
 /// Fixes that log their bit; 0x4 fails.
@@ -130,13 +127,9 @@ TEST(RunFixes, IgnoresBitsWithoutAFix) {
 }
 
 TEST(Fixes, AreServedFromTheLowestBitUpAndNeverAtBit8) {
-  std::uint32_t previous = 0;
-  for (const FixRow& row : Fixes()) {
-    EXPECT_GT(row.bit, previous);
-    EXPECT_LE(row.bit, 0x200U);
-    EXPECT_NE(row.bit, 0x8U);
-    previous = row.bit;
-  }
+  std::vector<std::uint32_t> bits;
+  for (const FixRow& row : Fixes()) bits.push_back(row.bit);
+  EXPECT_THAT(bits, ElementsAre(0x1, 0x2, 0x4, 0x10, 0x20, 0x40, 0x80, 0x100, 0x200));
 }
 
 /// A small tagged document in which there is something to do.
@@ -167,17 +160,6 @@ TEST_F(Exports, Action18DoesNothingAndSucceeds) {
 
 TEST_F(Exports, NumbersOutside0To18AreUnknown) {
   for (const int number : {19, -1, std::numeric_limits<int>::max(), std::numeric_limits<int>::min()}) {
-    EXPECT_EQ(RunsNothing([number](OpenDocument& document) { return document.Action(number); }),
-              (Outcome{TGX_UNKNOWN_ACTION, ""}))
-        << number;
-  }
-}
-
-TEST_F(Exports, EveryActionWithoutARowIsUnknown) {
-  for (int number = 0; number <= 18; ++number) {
-    bool hasRow = false;
-    for (const ActionRow& row : Actions()) hasRow = hasRow || row.number == number;
-    if (hasRow) continue;
     EXPECT_EQ(RunsNothing([number](OpenDocument& document) { return document.Action(number); }),
               (Outcome{TGX_UNKNOWN_ACTION, ""}))
         << number;
