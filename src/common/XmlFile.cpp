@@ -2,7 +2,11 @@
 
 #include <cstdint>
 #include <filesystem>
+#include <fstream>
+#include <iterator>
 #include <system_error>
+
+#include "src/common/XmlGuard.h"
 
 namespace tgx {
 namespace {
@@ -23,7 +27,10 @@ bool IsWorthReading(const std::string& path) {
 bool LoadXmlFile(const std::string& path, tinyxml2::XMLDocument& document) {
   document.Clear();
   if (!IsWorthReading(path)) return false;
-  if (document.LoadFile(path.c_str()) == tinyxml2::XML_SUCCESS) return true;
+  std::ifstream file(path, std::ios::binary);
+  const std::string text{std::istreambuf_iterator<char>(file), {}};
+  if (HasCrowdedTag(text)) return false;
+  if (document.Parse(text.data(), text.size()) == tinyxml2::XML_SUCCESS) return true;
   // Of a file that is broken somewhere the parser keeps what stands before.
   document.Clear();
   return false;

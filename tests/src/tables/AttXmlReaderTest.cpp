@@ -162,6 +162,12 @@ TEST(AttXmlReader, SurvivesElementsNestedTooDeep) {
   EXPECT_TRUE(Parse(xml).empty());
 }
 
+TEST(AttXmlReader, GivesNothingForATagWithMoreAttributesThanAnyExporterWrites) {
+  std::string attributes;
+  for (int i = 0; i < 101; ++i) attributes += " a" + std::to_string(i) + "=''";
+  EXPECT_TRUE(Parse("<Tables><Table type='1'/><Table type='1'" + attributes + "/></Tables>").empty());
+}
+
 TEST(CreateTable, GivesNullForUnknownTypes) {
   EXPECT_EQ(createTable(0), nullptr);
   EXPECT_EQ(createTable(5), nullptr);

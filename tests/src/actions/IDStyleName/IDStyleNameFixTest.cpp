@@ -216,6 +216,19 @@ TEST_F(IDStyleNameFixTest, RefusesAFileBeyondAnyListOfStyles) {
   EXPECT_EQ(test::SavedTree(open), "ps1\n");
 }
 
+TEST_F(IDStyleNameFixTest, RefusesAFileWithATagThatWouldKeepTheParserForHours) {
+  doc.Tree({Element("ps1")});
+  std::string attributes;
+  for (int i = 0; i < 1'000'000; ++i) attributes += " a" + std::to_string(i) + "=''";
+  EXPECT_EQ(TreeAfter(Paragraphs(Style("ps1", "0041")) + "<Other" + attributes + "/>"), "ps1\n");
+}
+
+TEST_F(IDStyleNameFixTest, ReadsAnAttributeOfMegabytes) {
+  doc.Tree({Element("ps1")});
+  const std::string endless(std::size_t{8} << 20U, '0');
+  EXPECT_EQ(TreeAfter(Paragraphs(Style("ps2", endless) + Style("ps1", "0041"))), "A\n");
+}
+
 TEST_F(IDStyleNameFixTest, ReadsDeeplyNestedFilesWithoutHarm) {
   doc.Tree({Element("ps1")});
   std::string deep;
