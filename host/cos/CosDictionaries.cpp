@@ -26,7 +26,10 @@ struct Target {
 
 CosObj Get(CosObj dict, std::string_view key) {
   const Target target(dict, key);
-  return target.document.Objects().HandleOf(DictGet(target.dictionary, key), dict);
+  ObjectTable& objects = target.document.Objects();
+  const CosObj value = objects.HandleOf(DictGet(target.dictionary, key), dict);
+  objects.StepInto(dict, value);
+  return value;
 }
 
 ASBool Known(CosObj dict, std::string_view key) {

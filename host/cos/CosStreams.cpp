@@ -71,7 +71,10 @@ CosObj CosNewStream(CosDoc doc, ASBool /*indirect*/, ASStm source, ASInt32 sourc
 
 CosObj CosStreamDict(CosObj stream) {
   const QPDFObjectHandle dictionary = StreamObjectOf(stream).getDict();
-  return Document::Of(stream).Objects().HandleOf(dictionary, stream);
+  ObjectTable& objects = Document::Of(stream).Objects();
+  const CosObj handle = objects.HandleOf(dictionary, stream);
+  objects.FollowInto(stream, handle);
+  return handle;
 }
 
 ASInt32 CosStreamLength(CosObj stream) {

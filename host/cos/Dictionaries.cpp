@@ -9,20 +9,13 @@ namespace {
 
 bool HasSeveralForms(std::string_view name) { return name.find('#') != std::string_view::npos; }
 
-/// The forms of a name with a number sign under which the dictionary has entries.
-std::vector<std::string> FormsIn(QPDFObjectHandle& dictionary, std::string_view name) {
-  std::vector<std::string> forms;
-  for (const std::string& form : dictionary.getKeys()) {
-    if (FromQpdfName(form) == name) forms.push_back(form);
-  }
-  return forms;
-}
-
-/// qpdf's key of an entry that is there and not null, else the form in which the host would make it.
+/// qpdf's key of an entry that is there and not null, else the form in which the host would make it. Of two entries with one
+/// name it is the one that DictEntries gives.
 std::string KeyIn(QPDFObjectHandle& dictionary, std::string_view name) {
   if (HasSeveralForms(name)) {
-    // getKeys leaves null entries out, so any form that it gives will do; the first is the one that DictEntries gives.
-    for (std::string& form : FormsIn(dictionary, name)) return std::move(form);
+    for (std::string& form : QpdfFormsOf(name)) {
+      if (dictionary.hasKey(form)) return std::move(form);
+    }
   }
   return ToQpdfName(name);
 }
@@ -45,7 +38,7 @@ void DictSet(QPDFObjectHandle dictionary, std::string_view key, const QPDFObject
 
 void DictRemove(QPDFObjectHandle dictionary, std::string_view key) {
   if (HasSeveralForms(key)) {
-    for (const std::string& form : FormsIn(dictionary, key)) dictionary.removeKey(form);
+    for (const std::string& form : QpdfFormsOf(key)) dictionary.removeKey(form);
   } else {
     dictionary.removeKey(ToQpdfName(key));
   }

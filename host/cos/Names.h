@@ -2,6 +2,7 @@
 
 #include <string>
 #include <string_view>
+#include <vector>
 
 #include <tgx/host.h>
 
@@ -23,7 +24,12 @@ std::string ToQpdfName(std::string_view name);
 /// The plain bytes behind any of qpdf's forms.
 std::string FromQpdfName(std::string_view qpdfName);
 
-/// The same as an atom; does not allocate for a name that is known and has no number sign.
+/// The forms that stand for a name with number signs, in byte order. Each sign can have any of the three; of a name with
+/// more than four signs these are only the forms that programs write, all signs alike or escaped where they must be, since
+/// the number of forms triples with each.
+std::vector<std::string> QpdfFormsOf(std::string_view name);
+
+/// The plain bytes behind a form as an atom; does not allocate for a name that is known and has no number sign.
 ASAtom AtomOfQpdfName(std::string_view qpdfName);
 
 }  // namespace tgx::host

@@ -52,12 +52,27 @@ void ObjectTable::FollowInto(CosObj container, CosObj item) {
     levels_.clear();
     levelsOf_ = OutermostFrames();
   }
-  const auto known = levels_.find(container.a);
-  const int level = known == levels_.end() ? 1 : known->second + 1;
+  const int level = LevelOf(container) + 1;
   if (level > kDeepest) {
     throw HostError(kASDamagedDocument, Describe(item) + ": nested deeper than " + std::to_string(kDeepest) + " levels");
   }
   levels_[item.a] = level;
+}
+
+void ObjectTable::StepInto(CosObj container, CosObj item) {
+  if (!levels_.empty()) Arrive(item, LevelOf(container) + 1);
+}
+
+int ObjectTable::LevelOf(CosObj handle) const {
+  const auto known = levels_.find(handle.a);
+  return known == levels_.end() ? 0 : known->second;
+}
+
+/// Few pieces of work follow anything, so few have levels to look up.
+void ObjectTable::Arrive(CosObj handle, int level) {
+  if (levels_.empty() || IsNull(handle)) return;
+  const auto known = levels_.find(handle.a);
+  if (known != levels_.end() && known->second > level) known->second = level;
 }
 
 ObjectTable::Slot& SlotOf(CosObj handle) {

@@ -27,7 +27,11 @@ class ObjectTable {
   ObjectTable& operator=(const ObjectTable&) = delete;
 
   /// The handle of an object; the null object for everything that resolves to null.
-  CosObj HandleOf(const QPDFObjectHandle& object) { return Enter(object, kNoParent); }
+  CosObj HandleOf(const QPDFObjectHandle& object) {
+    const CosObj handle = Enter(object, kNoParent);
+    Arrive(handle, 0);
+    return handle;
+  }
 
   /// The same for an entry or item of `parent`, an object of this table. Messages about a direct object name its place by
   /// it.
@@ -41,14 +45,21 @@ class ObjectTable {
 
   /// Follows a client from containers into what they hold: `item` was read from `container`. Throws kASDamagedDocument where
   /// the way is longer than any sound document has it, so that a client that copies a value level by level comes to an end
-  /// also where the value is part of itself. The way begins anew with each piece of work (see OutermostFrames).
+  /// also where the value is part of itself. The way begins anew with each piece of work (see OutermostFrames), and where
+  /// the client comes upon an object in another way.
   void FollowInto(CosObj container, CosObj item);
+
+  /// The client has got `item` from a named entry of `container`, which it does not follow to any depth: whatever long way
+  /// led to the item before, this one counts.
+  void StepInto(CosObj container, CosObj item);
 
   /// The slot of a handle of this document, null for a value that was never given out.
   Slot* Find(CosObj handle) { return handle.a < slots_.size() ? &slots_[handle.a] : nullptr; }
 
  private:
   CosObj Enter(const QPDFObjectHandle& object, ASUns32 parent);
+  int LevelOf(CosObj handle) const;
+  void Arrive(CosObj handle, int level);
 
   ASUns32 document_;
   std::deque<Slot> slots_;

@@ -264,5 +264,65 @@ TEST(CosObj, IsNamedByItsPlaceInFailures) {
   EXPECT_EQ(RaisedText([&] { Cos().CosNameValue(Cos().CosNewNull()); }), "the null object is not a name");
 }
 
+/// A piece of work of a client, which has at least one frame for as long as it lasts.
+class PieceOfWork {
+ public:
+  PieceOfWork() {
+    Tables()->core->ASPushExceptionFrame(nullptr, [] {});
+  }
+  ~PieceOfWork() { CutFrames(0); }
+  PieceOfWork(const PieceOfWork&) = delete;
+  PieceOfWork& operator=(const PieceOfWork&) = delete;
+};
+
+CosObj ValueIn(CosObj dict) {
+  CosObj found = kNeverGiven;
+  const CosObjEnumProc take = [](CosObj, CosObj value, void* data) -> ASBool {
+    *static_cast<CosObj*>(data) = value;
+    return 1;
+  };
+  Cos().CosObjEnum(dict, take, &found);
+  return found;
+}
+
+TEST(Nesting, EndsAtFiveHundredLevelsForAClientThatFollowsACircle) {
+  HostDocument document = HostDocument::FromObjects("<< /Type /Catalog /A 2 0 R >> endobj\n2 0 obj << /X << /X 2 0 R >> >>");
+  const PieceOfWork work;
+  CosObj at = Cos().CosDictGetKeyString(document.Root(), "A");
+  int levels = 0;
+  EXPECT_EQ(RaisedText([&] {
+              for (; levels < 1000; ++levels) at = ValueIn(at);
+            }),
+            "a direct object in object 2 0: nested deeper than 500 levels");
+  EXPECT_EQ(levels, 500);
+}
+
+TEST(Nesting, OfStreamsCountsTheirDictionaries) {
+  HostDocument document = HostDocument::FromObjects(
+      "<< /Type /Catalog /A [2 0 R] >> endobj\n2 0 obj << /Length 2 /X 2 0 R >> stream\nab\nendstream");
+  const PieceOfWork work;
+  CosObj at = Cos().CosArrayGet(Cos().CosDictGetKeyString(document.Root(), "A"), 0);
+  EXPECT_EQ(RaisedCode([&] {
+              for (int i = 0; i < 1000; ++i)
+                at = Cos().CosObjGetType(at) == CosStream ? Cos().CosStreamDict(at) : ValueIn(at);
+            }),
+            kASDamagedDocument);
+}
+
+TEST(Nesting, IsNoDeeperForACircleThatManyReferTo) {
+  HostDocument document = HostDocument::FromObjects("<< /Type /Catalog /A 2 0 R >> endobj\n2 0 obj << /X 2 0 R >>");
+  const PieceOfWork work;
+  for (int i = 0; i < 1000; ++i) {
+    const CosObj circle = Cos().CosDictGetKeyString(document.Root(), "A");
+    EXPECT_EQ(ValueIn(circle), circle);
+  }
+}
+
+TEST(Nesting, IsNoDeeperForACircleThatIsComeUponAgain) {
+  HostDocument document = HostDocument::FromObjects("<< /X 1 0 R >>");
+  const PieceOfWork work;
+  for (int i = 0; i < 1000; ++i) ValueIn(Cos().CosDocGetRoot(document.Doc()));
+}
+
 }  // namespace
 }  // namespace tgx::host

@@ -140,5 +140,38 @@ TEST(Names, RaiseForAnAtomThatIsNoneAndForNull) {
   EXPECT_EQ(RaisedCode([&] { Cos().CosDictGetKeyString(dict, nullptr); }), kASBadParameter);
 }
 
+TEST(Names, AreFoundInEveryMixtureOfForms) {
+  // A sign is spelled out where the file has "#23" and bare where it is followed by no digits.
+  HostDocument document =
+      HostDocument::FromObjects("<< /Type /Catalog /D << /a#23b#x#23y 1 /#23#23#zz 2 /#-#23-#-# 3 >> >>");
+  const CosObj keys = Cos().CosDictGetKeyString(document.Root(), "D");
+  const auto number = [&](const char* key) { return Cos().CosIntegerValue(Cos().CosDictGetKeyString(keys, key)); };
+  EXPECT_EQ(number("a#b#x#y"), 1);
+  EXPECT_EQ(number("###zz"), 2);
+  EXPECT_EQ(number("#-#-#-#"), 3);
+}
+
+TEST(Names, OfManySignsAreFoundAsProgramsWriteThem) {
+  HostDocument document =
+      HostDocument::FromObjects("<< /Type /Catalog /D << /#23a#23b#23c#23d#23e 1 /#x#x#x#x#x 2 /#x#x#23aa#x#x#x 3 >> >>");
+  const CosObj keys = Cos().CosDictGetKeyString(document.Root(), "D");
+  const auto number = [&](const char* key) { return Cos().CosIntegerValue(Cos().CosDictGetKeyString(keys, key)); };
+  EXPECT_EQ(number("#a#b#c#d#e"), 1);
+  EXPECT_EQ(number("#x#x#x#x#x"), 2);
+  EXPECT_EQ(number("#x#x#aa#x#x#x"), 3);
+}
+
+TEST(Names, AreFoundInALargeDictionaryWithoutASearch) {
+  constexpr int kCount = 50'000;
+  std::string entries;
+  for (int i = 0; i < kCount; ++i) entries += "/T#23" + std::to_string(i) + "x " + std::to_string(i) + " ";
+  HostDocument document = HostDocument::FromObjects("<< /Type /Catalog /D << " + entries + ">> >>");
+  const CosObj keys = Cos().CosDictGetKeyString(document.Root(), "D");
+  for (int i = 0; i < kCount; ++i) {
+    const std::string key = "T#" + std::to_string(i) + "x";
+    ASSERT_EQ(Cos().CosIntegerValue(Cos().CosDictGetKeyString(keys, key.c_str())), i);
+  }
+}
+
 }  // namespace
 }  // namespace tgx::host

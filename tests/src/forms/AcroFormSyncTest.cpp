@@ -306,6 +306,15 @@ TEST_F(AcroFormSync, FailsWithTheHostsTextForAnArrayThatHoldsItself) {
   EXPECT_NE(outcome.text.find("deeper than 500 levels"), std::string::npos) << outcome;
 }
 
+TEST_F(AcroFormSync, FailsWithTheHostsTextForAStreamThatHoldsItself) {
+  target_.Text("name");
+  source_.document.Stream("loop", "<</Next $loop>>", "data");
+  source_.Text("name").Set("A", "<</Next $loop>>");
+  const test::Outcome outcome = Synchronise();
+  EXPECT_EQ(outcome.result, TGX_FAILED);
+  EXPECT_NE(outcome.text.find("deeper than 500 levels"), std::string::npos) << outcome;
+}
+
 TEST_F(AcroFormSync, CopiesManyValuesSideBySide) {
   target_.Text("name");
   std::string options = "[";
