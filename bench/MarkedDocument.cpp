@@ -44,7 +44,8 @@ struct Entry {
 /// Writes one document, chapter by chapter.
 class Composer {
  public:
-  Composer(std::size_t pages, SubsetFont& font) : pages_(static_cast<int>(pages)), doc_(font) {
+  Composer(std::size_t pages, bool withLongContents, SubsetFont& font)
+      : pages_(static_cast<int>(pages)), withLongContents_(withLongContents), doc_(font) {
     doc_.AddResource("XObject", "Dot", doc_.Image(1, 1));
     doc_.AddResource("XObject", "Pic", doc_.Image(24, 16));
     document_ = doc_.Add("Document", nullptr);
@@ -93,7 +94,10 @@ class Composer {
   int ContentsPages() const {
     return (static_cast<int>(entries_.size()) + kEntriesOfAContentsPage - 1) / kEntriesOfAContentsPage;
   }
-  static bool IsListed(int page) { return page % kPagesOfAChapter <= 1 || page % 5 == 0; }
+  bool IsListed(int page) const {
+    const int section = page % kPagesOfAChapter;
+    return section <= 1 || section == 5 || (withLongContents_ && (section == 3 || section == 7));
+  }
   static std::string TitleOf(int page) {
     const int chapter = page / kPagesOfAChapter + 1, section = page % kPagesOfAChapter;
     return section == 0 ? Format("%d Chapter of the shore", chapter)
@@ -329,6 +333,7 @@ class Composer {
   }
 
   int pages_, bodyPages_ = 0;
+  bool withLongContents_;
   TaggedPages doc_;
   Node* document_ = nullptr;
   Node* chapter_ = nullptr;
@@ -384,9 +389,10 @@ void WriteTables(const std::string& path, int tables, const std::vector<int>& la
 
 }  // namespace
 
-DocumentSize MakeMarkedDocument(std::size_t pages, const std::string& fontFrom, const std::string& path) {
+DocumentSize MakeMarkedDocument(std::size_t pages, const std::string& fontFrom, const std::string& path,
+                                bool withLongContents) {
   SubsetFont font(fontFrom);
-  Composer composer(pages, font);
+  Composer composer(pages, withLongContents, font);
   const DocumentSize size = composer.Compose();
   QPDFWriter writer(composer.Pdf(), path.c_str());
   writer.setDeterministicID(true);

@@ -18,7 +18,7 @@ struct DocumentSize {
 ///     layout table            every 8th page
 ///     P around a table        every 4th page
 ///     repeated THead, TFoot   every 5th page
-///     TOC_FRAME               one, with entries of two levels for every chapter
+///     TOC_FRAME               one, with an entry for every chapter and two for its sections, or four
 ///     style identifiers       all paragraphs
 ///     formula marks           every 5th page; one holder
 ///     text in a link's URI    every 4th page, every other one without a target
@@ -29,6 +29,7 @@ struct DocumentSize {
 ///     Reference and Note      one pair a page
 ///     1 by 1 image            under every mark, and in an artifact on every other page
 ///     empty elements          three on every page: a P, and a Sect around a P
-DocumentSize MakeMarkedDocument(std::size_t pages, const std::string& fontFrom, const std::string& path);
+DocumentSize MakeMarkedDocument(std::size_t pages, const std::string& fontFrom, const std::string& path,
+                                bool withLongContents = false);
 
 }  // namespace tgx::bench

@@ -17,19 +17,29 @@ struct Pair {
   Cost qpdf, tgx;
 };
 
-/// Both programs on a document of that many pages, round by round, so that both meet the machine in the same state.
-Pair Compare(const std::string& folder, std::size_t pages, int rounds) {
-  const std::string input = folder + "/" + std::to_string(pages) + ".pdf";
+/// A document that both programs work on, and what tgx does with it.
+struct Work {
+  std::size_t pages;
+  bool withLongContents;
+  std::string step;  // with "$" for the document's path without ".pdf"
+};
+
+/// Both programs round by round, so that both meet the machine in the same state.
+Pair Compare(const std::string& folder, const Work& work, int rounds) {
+  const std::string base = folder + "/" + std::to_string(work.pages);
+  const std::string input = base + ".pdf";
   const std::string output = folder + "/out.pdf";
-  const std::size_t elements =
-      tgx::bench::Apart([&] { return tgx::bench::MakeMarkedDocument(pages, TGX_FONT_DOCUMENT, input).elements; });
+  const std::size_t elements = tgx::bench::Apart(
+      [&] { return tgx::bench::MakeMarkedDocument(work.pages, TGX_FONT_DOCUMENT, input, work.withLongContents).elements; });
+  std::string step = work.step;
+  if (const auto mark = step.find('$'); mark != std::string::npos) step.replace(mark, 1, base);
   std::vector<Cost> qpdf, tgx;
   for (int round = 0; round < rounds; ++round) {
     qpdf.push_back(tgx::bench::Run({"qpdf", input, output}));
-    tgx.push_back(tgx::bench::Run({TGX_TOOL, "run", "--quiet", "--force", input, "-o", output, "remove-empty-tags"}));
+    tgx.push_back(tgx::bench::Run({TGX_TOOL, "run", "--quiet", "--force", input, "-o", output, step}));
   }
   const Pair pair = {Median(qpdf), Median(tgx)};
-  std::printf("%5zu pages, %6zu elements\n", pages, elements);
+  std::printf("%s: %5zu pages, %6zu elements\n", work.step.c_str(), work.pages, elements);
   PrintLine("qpdf", pair.qpdf);
   PrintLine("tgx", pair.tgx);
   PrintRatio("tgx to qpdf", pair.tgx, pair.qpdf);
@@ -37,16 +47,20 @@ Pair Compare(const std::string& folder, std::size_t pages, int rounds) {
 }
 
 void Benchmark(const std::string& folder, int rounds) {
-  std::printf("remove-empty-tags against qpdf IN OUT, whole processes, medians of %d rounds\n", rounds);
-  const Pair single = Compare(folder, 1000, rounds);
-  const Pair twice = Compare(folder, 2000, rounds);
+  std::printf("steps against qpdf IN OUT, whole processes, medians of %d rounds\n", rounds);
+  const Pair single = Compare(folder, {1000, false, "remove-empty-tags"}, rounds);
+  const Pair twice = Compare(folder, {2000, false, "remove-empty-tags"}, rounds);
   std::printf("twice the pages\n");
   PrintRatio("tgx", twice.tgx, single.tgx);
+  Compare(folder, {1000, true, "toc:$.toc.xml"}, rounds);
 }
 
 }  // namespace
 
 int main(int argc, char** argv) {
   const int rounds = argc > 1 ? std::max(1, std::atoi(argv[1])) : 7;
-  return tgx::bench::InTemporaryFolder([rounds](const std::string& folder) { Benchmark(folder, rounds); });
+  return tgx::bench::InTemporaryFolder([rounds](const std::string& folder) {
+    setenv("XDG_STATE_HOME", folder.c_str(), 1);  // the log that a step writes
+    Benchmark(folder, rounds);
+  });
 }

@@ -3,20 +3,19 @@
 #include "src/wrappers/PDE_Container.h"
 
 namespace tgx {
-namespace {
 
 // Containers before those in them, as a search goes.
-void Index(const PDE_Content& content,  // NOLINT(misc-no-recursion): the host bounds the depth
-           std::unordered_map<ASInt32, PDE_Container*>& containers) {
+void PageViews::Index(const PDE_Content& content, Places& places) {  // NOLINT(misc-no-recursion): the host bounds the depth
   for (ASInt32 index = 0; index < content.GetNumElems(); ++index) {
     auto* container = dynamic_cast<PDE_Container*>(content.GetElem(index));
     if (container == nullptr) continue;
-    if (const auto mcid = container->FindMCID()) containers.emplace(*mcid, container);
-    Index(*container->GetContent(), containers);
+    if (const auto mcid = container->FindMCID()) {
+      const auto [place, isFirst] = places.try_emplace(*mcid, Place{container, true});
+      if (!isFirst) place->second.isOnlyOne = false;
+    }
+    Index(*container->GetContent(), places);
   }
 }
-
-}  // namespace
 
 void PageViews::FindPages() {
   if (pagesFound_) return;
@@ -36,7 +35,7 @@ PageViews::View* PageViews::ViewOf(CosObj page) {
   if (view == nullptr) {
     const PageReference reference(PDDocAcquirePage(document_, index->second));
     auto made = std::make_unique<View>(reference.Get());
-    Index(*made->page.GetContent(), made->containers);
+    Index(*made->page.GetContent(), made->places);
     view = std::move(made);
   }
   return view.get();
@@ -45,13 +44,26 @@ PageViews::View* PageViews::ViewOf(CosObj page) {
 PDE_Container* PageViews::FindContainer(CosObj page, ASInt32 mcid) {
   const View* view = ViewOf(page);
   if (view == nullptr) return nullptr;
-  const auto container = view->containers.find(mcid);
-  return container == view->containers.end() ? nullptr : container->second;
+  const auto place = view->places.find(mcid);
+  return place == view->places.end() ? nullptr : place->second.container;
 }
 
-void PageViews::Forget(CosObj page) {
+void PageViews::Forget(CosObj page, ASInt32 mcid) {
   const auto index = indices_.find(KeyOf(page));
-  if (index != indices_.end()) views_.erase(index->second);
+  if (index == indices_.end()) return;
+  const auto view = views_.find(index->second);
+  if (view == views_.end()) return;
+  Places& places = view->second->places;
+  const auto place = places.find(mcid);
+  if (place == places.end()) return;
+  // Others of the MCID may come to the fore, and what stands in the container goes with it: then all is viewed anew.
+  Places inside;
+  Index(*place->second.container->GetContent(), inside);
+  if (place->second.isOnlyOne && inside.empty()) {
+    places.erase(place);
+  } else {
+    views_.erase(view);
+  }
 }
 
 }  // namespace tgx

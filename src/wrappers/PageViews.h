@@ -19,17 +19,23 @@ class PageViews {
 
   /// What FindContainerByMcid finds on the page with that dictionary; null when it is no page of the document.
   PDE_Container* FindContainer(CosObj page, ASInt32 mcid);
-  /// Has the page viewed anew when it is asked for again.
-  void Forget(CosObj page);
+  /// Takes note of the removal of what FindContainer finds.
+  void Forget(CosObj page, ASInt32 mcid);
 
  private:
+  struct Place {
+    PDE_Container* container;
+    bool isOnlyOne;  ///< of its MCID
+  };
+  using Places = std::unordered_map<ASInt32, Place>;
   struct View {
     explicit View(PDPage itsPage) : page(itsPage) {}
     PD_Page page;
-    std::unordered_map<ASInt32, PDE_Container*> containers;
+    Places places;
   };
 
   static std::uint64_t KeyOf(CosObj page) { return std::uint64_t{page.a} << 32U | page.b; }
+  static void Index(const PDE_Content& content, Places& places);
   void FindPages();
   View* ViewOf(CosObj page);
 

@@ -13,6 +13,8 @@
 #include <sstream>
 #include <stdexcept>
 
+#include "tests/support/StateFolder.h"
+
 namespace tgx::test {
 namespace {
 
@@ -70,6 +72,7 @@ std::string ReadFile(const std::string& path) {
 bool Exists(const std::string& path) { return std::filesystem::exists(std::filesystem::symlink_status(path)); }
 
 ProcessResult Process::Run() const {
+  UseOwnStateFolder();
   const TempFolder folder;
   const int out = breakOutput_ ? BrokenPipe() : OpenForWriting(outputTo_.empty() ? folder / "out" : outputTo_);
   const int err = OpenForWriting(folder / "err");

@@ -56,7 +56,7 @@ void EraseContentOf(const PDS_Element& frame, PageViews& views) {
   RemoveMarkedContentCmd command;
   const ASAtom type = PDSElementGetKidEx(frame.GetHandle(), 0, &kid, &command.mcid, nullptr, &command.cosPage);
   if (type != ASAtomFromString("MC") || command.mcid < 0 || CosObjGetType(command.cosPage) == CosNull) return;
-  views.Forget(command.cosPage);
+  views.Forget(command.cosPage, command.mcid);
   command.Execute();
 }
 

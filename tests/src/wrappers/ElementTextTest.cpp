@@ -3,6 +3,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <memory>
 #include <string>
 #include <vector>
 
@@ -119,19 +120,59 @@ TEST_F(ElementTextTest, ViewsAPageOnceInAPass) {
   EXPECT_EQ(recording.Count(Operation::PDPageAcquirePDEContent), 1U);
 }
 
-TEST_F(ElementTextTest, SeesAPageAnewAfterItIsForgotten) {
-  doc.Tree({Element("P").Text(page, "a").Text(page, "b")});
-  Open();
-  PageViews views(Opened().Handle());
-  const PDPage handle = PDDocAcquirePage(Opened().Handle(), 0);
-  const CosObj cosPage = PDPageGetCosObj(handle);
-  const PDE_Container* first = views.FindContainer(cosPage, 0);
-  ASSERT_NE(first, nullptr);
-  EXPECT_EQ(views.FindContainer(cosPage, 0), first);
-  PDEContentRemoveElem(PDPageAcquirePDEContent(handle, ExtensionId()), 0);
-  views.Forget(cosPage);
+class PageViewsTest : public ElementTextTest {
+ protected:
+  /// The views of the document after the container of the MCID was found, and its first element taken off the page.
+  PageViews& ViewsAfterRemoval(ASInt32 mcid) {
+    Open();
+    views_ = std::make_unique<PageViews>(Opened().Handle());
+    const PDPage handle = PDDocAcquirePage(Opened().Handle(), 0);
+    cosPage = PDPageGetCosObj(handle);
+    EXPECT_NE(views_->FindContainer(cosPage, mcid), nullptr);
+    PDEContentRemoveElem(PDPageAcquirePDEContent(handle, ExtensionId()), 0);
+    views_->Forget(cosPage, mcid);
+    return *views_;
+  }
+
+  CosObj cosPage = {};
+
+ private:
+  std::unique_ptr<PageViews> views_;
+};
+
+TEST_F(PageViewsTest, GiveTheSameContainerEachTime) {
+  page.Add(Marked("P", "<</MCID 0>>", {})).Add(Marked("P", "<</MCID 1>>", {}));
+  PageViews& views = ViewsAfterRemoval(0);
+  EXPECT_NE(views.FindContainer(cosPage, 1), nullptr);
+  EXPECT_EQ(views.FindContainer(cosPage, 1), views.FindContainer(cosPage, 1));
+}
+
+TEST_F(PageViewsTest, ForgetAContainerThatWasRemoved) {
+  page.Add(Marked("P", "<</MCID 0>>", {})).Add(Marked("P", "<</MCID 1>>", {}));
+  PageViews& views = ViewsAfterRemoval(0);
   EXPECT_EQ(views.FindContainer(cosPage, 0), nullptr);
   EXPECT_NE(views.FindContainer(cosPage, 1), nullptr);
+}
+
+TEST_F(PageViewsTest, ForgetWhatStoodInAContainerThatWasRemoved) {
+  page.Add(Marked("P", "<</MCID 0>>", {Marked("Span", "<</MCID 1>>", {})}));
+  EXPECT_EQ(ViewsAfterRemoval(0).FindContainer(cosPage, 1), nullptr);
+}
+
+TEST_F(PageViewsTest, FindTheNextContainerOfAnMcidWhoseFirstWasRemoved) {
+  page.Add(Marked("P", "<</MCID 0>>", {})).Add(Marked("P", "<</MCID 0>>", {Text("second")}));
+  const PDE_Container* second = ViewsAfterRemoval(0).FindContainer(cosPage, 0);
+  ASSERT_NE(second, nullptr);
+  EXPECT_EQ(second->GetContent()->GetNumElems(), 1);
+}
+
+TEST_F(PageViewsTest, ForgetNothingOfPagesThatWereNotViewed) {
+  page.Add(Marked("P", "<</MCID 0>>", {}));
+  Open();
+  PageViews views(Opened().Handle());
+  views.Forget(CosNewNull(), 0);
+  views.Forget(PDPageGetCosObj(PDDocAcquirePage(Opened().Handle(), 0)), 0);
+  EXPECT_NE(views.FindContainer(PDPageGetCosObj(PDDocAcquirePage(Opened().Handle(), 0)), 0), nullptr);
 }
 
 }  // namespace
