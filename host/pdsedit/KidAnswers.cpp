@@ -73,9 +73,8 @@ const Kid& KidAt(StructureTree& tree, NodeId parent, ASInt32 index) {
 }
 
 CosObj ObjectOfKid(StructureTree& tree, const Kid& kid) {
-  if (kid.IsElement()) return tree.HandleOf(kid.place);
-  QPDFObjectHandle& item = tree.Nodes().ItemOf(kid);
-  return tree.Owner().HandleOf(kid.Kind() == KidKind::kObject ? item.getKey("/Obj") : item);
+  if (kid.Kind() != KidKind::kObject) return tree.Nodes().HandleOfItem(kid);
+  return tree.Owner().HandleOf(tree.Nodes().ItemOf(kid).getKey("/Obj"));
 }
 
 PageRef PageOfKid(StructureTree& tree, NodeId parent, const Kid& kid) {
@@ -100,7 +99,7 @@ PDEContainer ContainerOfKid(StructureTree& tree, const Kid& kid, PageRef page) {
 }
 
 CosObj HandleOfPage(StructureTree& tree, PageRef page) {
-  return page == kNoPage ? kNullObject : tree.Owner().HandleOf(tree.Nodes().PageObject(page));
+  return page == kNoPage ? kNullObject : tree.Nodes().HandleOfPage(page);
 }
 
 ASAtom AnswerAboutKid(StructureTree& tree, NodeId parent, ASInt32 index, const KidQuestion& question) {

@@ -1,5 +1,7 @@
 #include "host/pdsedit/NodeStore.h"
 
+#include <algorithm>
+
 #include "host/core/HostError.h"
 #include "host/pdmodel/Document.h"
 #include "host/pdmodel/PageList.h"
@@ -13,11 +15,46 @@ NodeId NodeStore::Find(const QPDFObjectHandle& object) const {
   return known == nodeOf_.end() ? kNoNode : known->second;
 }
 
+NodeId NodeStore::Find(CosObj handle, const QPDFObjectHandle& object) {
+  if (handle.a < nodeOfSlot_.size()) {
+    const NodeId known = nodeOfSlot_[handle.a];
+    // The object of a slot can be exchanged.
+    if (known != kNoNode && nodes_[known].object.getObjectPtr() == object.getObjectPtr()) return known;
+  }
+  const NodeId id = Find(object);
+  if (id == kNoNode) return id;
+  if (handle.a >= nodeOfSlot_.size())
+    nodeOfSlot_.resize(std::max<std::size_t>(handle.a + 1, 2 * nodeOfSlot_.size()), kNoNode);
+  nodeOfSlot_[handle.a] = id;
+  return id;
+}
+
 NodeId NodeStore::Add(const QPDFObjectHandle& object) {
   const NodeId id = Count();
   nodes_.emplace_back().object = object;
   nodeOf_.emplace(object.getObjectPtr(), id);
   return id;
+}
+
+CosObj NodeStore::Kept(const QPDFObjectHandle& object, CosObj& handle) {
+  if (IsNull(handle)) handle = document_.HandleOf(object);
+  return handle;
+}
+
+CosObj NodeStore::HandleOfItem(const Kid& kid) {
+  if (kid.IsElement()) return HandleOf(kid.place);
+  return Kept(items_[kid.place].object, items_[kid.place].handle);
+}
+
+CosObj NodeStore::HandleOfPage(PageRef page) {
+  if (page < 0) return document_.HandleOf(PageObject(page));
+  const auto index = static_cast<std::size_t>(page);
+  if (index >= pages_.size()) pages_.resize(index + 1);
+  Item& known = pages_[index];
+  const QPDFObjectHandle& dictionary = document_.Pages().At(page).dictionary;
+  // The pages of a document can change.
+  if (!known.object.isInitialized() || known.object.getObjectPtr() != dictionary.getObjectPtr()) known = {dictionary};
+  return Kept(known.object, known.handle);
 }
 
 Kid NodeStore::MakeKid(KidKind kind, QPDFObjectHandle item) {
@@ -34,18 +71,18 @@ Kid NodeStore::MakeKid(KidKind kind, QPDFObjectHandle item) {
   ASUns32 place = 0;
   if (freeItems_.empty()) {
     place = static_cast<ASUns32>(items_.size());
-    items_.push_back(std::move(item));
+    items_.push_back({std::move(item)});
   } else {
     place = freeItems_.back();
     freeItems_.pop_back();
-    items_[place] = std::move(item);
+    items_[place] = {std::move(item)};
   }
   return {kind, place, mcid, page};
 }
 
 void NodeStore::DropItem(const Kid& kid) {
   if (kid.IsElement()) return;
-  items_[kid.place] = QPDFObjectHandle();
+  items_[kid.place] = {};
   freeItems_.push_back(kid.place);
 }
 

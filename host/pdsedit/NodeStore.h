@@ -28,6 +28,7 @@ struct Node {
   ASUns32 holders = 0;  ///< how often it stands among the kids of any node
   PageRef page = kNoPage;    ///< its own "Pg"
   ASAtom type = ASAtomNull;  ///< its "S", ASAtomNull until it is asked for
+  CosObj handle = {};        ///< the null object until it has been handed out
   bool isRoot : 1 = false;
   bool arrayForm : 1 = false;      ///< its "K" is an array, or becomes one
   bool kidsChanged : 1 = false;    ///< "K" waits to be written
@@ -49,10 +50,17 @@ class NodeStore {
 
   /// The node of an object, kNoNode if it has none yet.
   NodeId Find(const QPDFObjectHandle& object) const;
+  /// The same for an object with its handle, remembered: nearly every operation begins with it.
+  NodeId Find(CosObj handle, const QPDFObjectHandle& object);
   NodeId Add(const QPDFObjectHandle& object);
 
   /// The item behind a kid; that of an element is its dictionary.
-  QPDFObjectHandle& ItemOf(const Kid& kid) { return kid.IsElement() ? nodes_[kid.place].object : items_[kid.place]; }
+  QPDFObjectHandle& ItemOf(const Kid& kid) { return kid.IsElement() ? nodes_[kid.place].object : items_[kid.place].object; }
+
+  /// Handles of nodes, of the items behind kids and of pages: the document's, kept where they are asked for again and again.
+  CosObj HandleOf(NodeId id) { return Kept(nodes_[id].object, nodes_[id].handle); }
+  CosObj HandleOfItem(const Kid& kid);
+  CosObj HandleOfPage(PageRef page);
 
   /// A kid for an item that is no element; takes a place in the store until DropItem.
   Kid MakeKid(KidKind kind, QPDFObjectHandle item);
@@ -76,14 +84,24 @@ class NodeStore {
   QPDFObjectHandle PageObject(PageRef page) const;
 
  private:
+  /// An object with its handle, the null object until it has been handed out.
+  struct Item {
+    QPDFObjectHandle object;
+    CosObj handle = {};
+  };
+
+  CosObj Kept(const QPDFObjectHandle& object, CosObj& handle);
+
   Document& document_;
   std::deque<Node> nodes_;
   std::unordered_map<const QPDFObject*, NodeId> nodeOf_;
-  std::deque<QPDFObjectHandle> items_;
+  std::vector<NodeId> nodeOfSlot_;  ///< as far as they have been asked for; kNoNode elsewhere
+  std::deque<Item> items_;
   std::vector<ASUns32> freeItems_;
   std::unordered_map<NodeId, std::vector<QPDFObjectHandle>> strays_;
   std::unordered_set<const QPDFObject*> readArrays_;
   std::uint64_t kidsReadAgain_ = 0;
+  std::vector<Item> pages_;  ///< of the document, as far as they have been asked for
   std::vector<QPDFObjectHandle> strangePages_;
   std::unordered_map<const QPDFObject*, PageRef> strangePageOf_;
 };

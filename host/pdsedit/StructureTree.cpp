@@ -60,7 +60,7 @@ NodeId StructureTree::RootOf(PDSTreeRoot handle) {
 NodeId StructureTree::ElementOrRootOf(PDSElement handle) {
   const QPDFObjectHandle& object = ObjectOf(handle);
   MakeReady();
-  const NodeId id = nodes_->Find(object);
+  const NodeId id = nodes_->Find(handle, object);
   return id != kNoNode ? id : ReadElement(object);
 }
 
@@ -88,7 +88,7 @@ NodeId StructureTree::NewElement() {
   return nodes_->Add(dictionary);
 }
 
-CosObj StructureTree::HandleOf(NodeId id) { return id == kNoNode ? kNullObject : document_.HandleOf((*nodes_)[id].object); }
+CosObj StructureTree::HandleOf(NodeId id) { return id == kNoNode ? kNullObject : nodes_->HandleOf(id); }
 
 NodeId StructureTree::ParentOf(NodeId id) {
   Node& node = (*nodes_)[id];
