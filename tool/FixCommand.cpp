@@ -4,6 +4,7 @@
 #include <optional>
 
 #include "tool/Census.h"
+#include "tool/EmptyCells.h"
 #include "tool/Files.h"
 #include "tool/Guard.h"
 #include "tool/HostCalls.h"
@@ -85,7 +86,7 @@ class Repair {
         entry.undoneFor = undone->second;
         continue;
       }
-      entry.result = document.Run(step);
+      entry.result = Run(document, step);
       if (const std::optional<Loss> loss = guard.Check(step.name)) {
         undone_.emplace(step.name, *loss);
         return false;
@@ -93,6 +94,15 @@ class Repair {
       if (entry.result.code != 0 && !options_.keepGoing) break;
     }
     return true;
+  }
+
+  /// The step, and after one that removes elements without content the cells that a table needs.
+  static StepResult Run(Document& document, const StepCall& step) {
+    if (step.name != "remove-empty-tags") return document.Run(step);
+    const EmptyCells cells(document.Handle());
+    StepResult result = document.Run(step);
+    cells.PutBack();
+    return result;
   }
 
   void NoteFailures() {

@@ -1,0 +1,99 @@
+#include <gtest/gtest.h>
+
+#include "tests/support/TestDocument.h"
+#include "tests/support/TreeText.h"
+#include "tests/tool/RunTool.h"
+
+namespace tgx::test {
+namespace {
+
+/// The tree of a document with one table, after the command has removed what is empty.
+class EmptyCells : public testing::Test {
+ protected:
+  Element Filled(const char* type = "TD") { return Element(type).Text(page_, "x"); }
+
+  std::string TreeAfter(const std::string& command, const std::vector<Element>& rows) {
+    document_.Tree({Element("Document")({Element("Table")(rows)})});
+    folder_.Write("in.pdf", document_.Write());
+    std::vector<std::string> arguments = {command, "in.pdf", "-o", "out.pdf"};
+    if (command == "run") arguments.emplace_back("remove-empty-tags");
+    EXPECT_EQ(Tool(arguments).In(folder_.Path()).Run().status, 0);
+    const std::string bytes = ReadFile(folder_ / "out.pdf");
+    ExpectSound(bytes);
+    return WithoutContent(TreeText(bytes));
+  }
+
+  TestDocument document_;
+
+ private:
+  static std::string WithoutContent(const std::string& tree) {
+    std::istringstream lines(tree);
+    std::string left;
+    for (std::string line; std::getline(lines, line);) {
+      if (line.find("mcid") == std::string::npos) left += line + "\n";
+    }
+    return left;
+  }
+
+  Page& page_ = document_.AddPage();
+  TempFolder folder_;
+};
+
+TEST_F(EmptyCells, StayInTheirPlacesWhenADocumentIsFixed) {
+  EXPECT_EQ(TreeAfter("fix", {Element("TR")({Element("TH"), Filled("TH"), Element("TD"), Filled(), Element("TD")})}),
+            "Document\n"
+            "  Table\n"
+            "    TR\n"
+            "      TH\n"
+            "      TH\n"
+            "      TD\n"
+            "      TD\n"
+            "      TD\n");
+}
+
+TEST_F(EmptyCells, LoseTheEmptyElementsInThem) {
+  EXPECT_EQ(TreeAfter("fix", {Element("TR")({Element("TD")({Element("P")({Element("Span")}), Element("P")}), Filled()})}),
+            "Document\n"
+            "  Table\n"
+            "    TR\n"
+            "      TD\n"
+            "      TD\n");
+}
+
+TEST_F(EmptyCells, GoWithARowThatHoldsNothing) {
+  EXPECT_EQ(TreeAfter("fix", {Element("TR")({Filled()}), Element("TR")({Element("TD"), Element("TD")})}),
+            "Document\n"
+            "  Table\n"
+            "    TR\n"
+            "      TD\n");
+}
+
+TEST_F(EmptyCells, DoNotBringBackOtherEmptyElementsOfTheRow) {
+  EXPECT_EQ(TreeAfter("fix", {Element("TR")({Element("Span"), Element("TD"), Filled()})}),
+            "Document\n"
+            "  Table\n"
+            "    TR\n"
+            "      TD\n"
+            "      TD\n");
+}
+
+TEST_F(EmptyCells, AreKnownByTheRoleMap) {
+  document_.RoleMap({{"Cell", "TD"}, {"Row", "TR"}});
+  EXPECT_EQ(TreeAfter("fix", {Element("Row")({Element("Cell"), Filled()})}),
+            "Document\n"
+            "  Table\n"
+            "    Row\n"
+            "      Cell\n"
+            "      TD\n");
+}
+
+TEST_F(EmptyCells, AreRemovedByTheStepAlone) {
+  EXPECT_EQ(TreeAfter("run", {Element("TR")({Element("TD"), Filled()})}),
+            "Document\n"
+            "  Table\n"
+            "    TR\n"
+            "      TD\n");
+}
+
+}  // namespace
+}  // namespace tgx::test
