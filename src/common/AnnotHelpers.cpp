@@ -33,7 +33,7 @@ void PDLinkAnnotHelper::SetBorderWidth(ASFixed width) {
 
 void PDLinkAnnotHelper::SetTitle(const char* text, ASTArraySize byteCount) { PDAnnotSetTitle(GetAnnot(), text, byteCount); }
 
-void PDLinkAnnotHelper::WrapKidsInLink(PDSElement element, PDPage page) {
+void PDLinkAnnotHelper::WrapKidsInLink(PDSElement element, PDPage page, const ContainersOfMcid& containersOf) {
   PDSElement link = CosNewNull();
   PDSElementCreate(PDPageGetDoc(page), &link);
   PDSElementSetType(link, ASAtomFromString("Link"));
@@ -49,6 +49,11 @@ void PDLinkAnnotHelper::WrapKidsInLink(PDSElement element, PDPage page) {
       command.source = element;
       command.destination = link;
       command.mcid = mcid;
+      std::vector<PDEContainer> containers;
+      if (containersOf) {
+        containers = containersOf(mcid);
+        command.containers = &containers;
+      }
       command.Execute();
     } else if (type == ASAtomFromString("OBJR")) {
       PDSElementRemoveKidOBJR(element, kid);

@@ -32,6 +32,10 @@ bool HasMCID(PDEContainer container, ASInt32 mcid) {
 }  // namespace
 
 void MoveTaggedMcCmd::Execute() {
+  if (containers != nullptr) {
+    for (const PDEContainer container : *containers) VisitContainer(container);
+    return;
+  }
   ContentWalker walker;
   walker.AddVisitor(this);
   walker.Walk(page);

@@ -1,5 +1,7 @@
 #pragma once
 
+#include <vector>
+
 #include "src/api/HostBinding.h"
 #include "src/common/ContentWalker.h"
 
@@ -15,12 +17,16 @@ class CommandBase {
 
 /// Moves the references to every container of an MCID on a page from one structure element to the end of another. The
 /// content stays where it is. Containers without an MCID are never meant: with `mcid` -1 nothing moves.
+///
+/// A caller that has walked the page hands over what it found there; to walk it again for each of many moves would cost the
+/// square of its content.
 class MoveTaggedMcCmd : public CommandBase, public ContentVisitorBase {
  public:
   PDPage page = nullptr;
   PDSElement source = {};
   PDSElement destination = {};
   ASInt32 mcid = -1;
+  const std::vector<PDEContainer>* containers = nullptr;  ///< those of the MCID in walk order; null has the page walked
 
   void Execute() override;
   void VisitContainer(PDEContainer container) override;

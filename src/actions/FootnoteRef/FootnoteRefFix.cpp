@@ -137,7 +137,7 @@ void FootnoteRefFix::VisitContainer(PDEContainer container) {
   McMark mark = {currentPage_, -1, {}};
   PDEElementGetBBox(container, &mark.rect);
   mark.mcid = CosIntegerValue(CosDictGetKeyString(dictionary, "MCID"));
-  allMarks_.Add(mark);
+  allMarks_.Add(mark, container);
 }
 
 void FootnoteRefFix::VisitElement(PDSElement& element) {
@@ -226,7 +226,8 @@ void FootnoteRefFix::CreateLink(FootnotePart& part, PDPage page, const ASFixedRe
   const int length = std::snprintf(title.data(), title.size(), titleFormat, number);
   link.SetTitle(title.data(), length);
   helper.AddAnnot(kAfterLastAnnotation, link.GetAnnot());
-  link.WrapKidsInLink(part.element, page);
+  const CosObj cosPage = PDPageGetCosObj(page);
+  link.WrapKidsInLink(part.element, page, [&](ASInt32 mcid) { return allMarks_.ContainersOf(cosPage, mcid); });
 }
 
 }  // namespace tgx

@@ -2,6 +2,8 @@
 
 #include <algorithm>
 
+#include "src/common/ObjectBits.h"
+
 namespace tgx {
 
 void Widen(ASFixedRect& rect, const ASFixedRect& by) {
@@ -20,23 +22,34 @@ ASFixedRect BoundingRect(const std::vector<McMark>& marks) {
   return rect;
 }
 
-void MarkedContentBoxes::Add(const McMark& piece) {
-  const auto [known, isNew] = boxes_.try_emplace(Key(piece.page, piece.mcid), Boxes{piece.rect, piece.rect});
-  if (isNew) return;
-  known->second.last = piece.rect;
-  Widen(known->second.around, piece.rect);
+void MarkedContentBoxes::Add(const McMark& piece, PDEContainer container) {
+  Boxes& boxes = pages_[BitsOf(piece.page)].try_emplace(piece.mcid, Boxes{piece.rect, piece.rect, {}}).first->second;
+  boxes.last = piece.rect;
+  Widen(boxes.around, piece.rect);
+  boxes.containers.push_back(container);
+}
+
+const MarkedContentBoxes::Boxes* MarkedContentBoxes::Find(CosObj page, std::int32_t mcid) const {
+  const auto mcids = pages_.find(BitsOf(page));
+  if (mcids == pages_.end()) return nullptr;
+  const auto known = mcids->second.find(mcid);
+  return known == mcids->second.end() ? nullptr : &known->second;
 }
 
 std::optional<McMark> MarkedContentBoxes::Around(CosObj page, std::int32_t mcid) const {
-  const auto known = boxes_.find(Key(page, mcid));
-  if (known == boxes_.end()) return std::nullopt;
-  return McMark{page, mcid, known->second.around};
+  const Boxes* boxes = Find(page, mcid);
+  if (boxes == nullptr) return std::nullopt;
+  return McMark{page, mcid, boxes->around};
+}
+
+std::vector<PDEContainer> MarkedContentBoxes::ContainersOf(CosObj page, std::int32_t mcid) const {
+  const Boxes* boxes = Find(page, mcid);
+  return boxes == nullptr ? std::vector<PDEContainer>() : boxes->containers;
 }
 
 void MarkedContentBoxes::Fill(std::vector<McMark>& marks) const {
   for (McMark& mark : marks) {
-    const auto known = boxes_.find(Key(mark.page, mark.mcid));
-    if (known != boxes_.end()) mark.rect = known->second.last;
+    if (const Boxes* boxes = Find(mark.page, mark.mcid)) mark.rect = boxes->last;
   }
 }
 

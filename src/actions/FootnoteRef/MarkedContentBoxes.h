@@ -1,9 +1,8 @@
 #pragma once
 
 #include <cstdint>
-#include <map>
 #include <optional>
-#include <tuple>
+#include <unordered_map>
 #include <vector>
 
 #include "src/api/HostBinding.h"
@@ -28,12 +27,15 @@ ASFixedRect BoundingRect(const std::vector<McMark>& marks);
 /// Where the marked content of a document lies, by page and MCID. An MCID can have several pieces.
 class MarkedContentBoxes {
  public:
-  void Clear() { boxes_.clear(); }
-  /// Adds a piece, in the order in which the page paints them.
-  void Add(const McMark& piece);
+  void Clear() { pages_.clear(); }
+  /// Adds a piece and its container, in the order in which the page paints them.
+  void Add(const McMark& piece, PDEContainer container);
 
   /// A mark over all pieces of an MCID on a page; none without content.
   std::optional<McMark> Around(CosObj page, std::int32_t mcid) const;
+
+  /// The containers of an MCID on a page, in the order in which they were added.
+  std::vector<PDEContainer> ContainersOf(CosObj page, std::int32_t mcid) const;
 
   /// Gives each mark the box of its content; of several pieces the last counts. Marks without content keep theirs.
   void Fill(std::vector<McMark>& marks) const;
@@ -42,11 +44,13 @@ class MarkedContentBoxes {
   struct Boxes {
     ASFixedRect last;
     ASFixedRect around;
+    std::vector<PDEContainer> containers;
   };
-  using PageAndMcid = std::tuple<ASUns32, ASUns32, std::int32_t>;
-  static PageAndMcid Key(CosObj page, std::int32_t mcid) { return {page.a, page.b, mcid}; }
+  using BoxesOfMcids = std::unordered_map<std::int32_t, Boxes>;
 
-  std::map<PageAndMcid, Boxes> boxes_;
+  const Boxes* Find(CosObj page, std::int32_t mcid) const;
+
+  std::unordered_map<std::uint64_t, BoxesOfMcids> pages_;
 };
 
 }  // namespace tgx

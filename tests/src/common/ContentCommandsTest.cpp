@@ -243,6 +243,28 @@ TEST_F(ContentCommandsTest, MoveOneReferenceForSeveralContainersOfAnMcid) {
   EXPECT_EQ(test::SavedTree(Opened()), "Document\n  P\n  Span\n    mcid 5 page 1\n");
 }
 
+TEST_F(ContentCommandsTest, MoveReferencesToContainersThatTheCallerKnowsWithoutAWalk) {
+  Page& page = doc.AddPage();
+  doc.Tree({Element("Document")({Element("P").Text(page, "a").Text(page, "b"), Element("Span")})});
+  Open();
+  const PDPage opened = PDDocAcquirePage(Opened().Handle(), 0);
+  const PDEContent content = PDPageAcquirePDEContent(opened, nullptr);
+  const std::vector<PDEContainer> known = {PDEContentGetElem(content, 0), PDEContentGetElem(content, 1)};
+  MoveTaggedMcCmd command;
+  command.page = opened;
+  command.source = At({0, 0});
+  command.destination = At({0, 1});
+  command.mcid = 1;
+  command.containers = &known;
+  RecordingHost host;
+  {
+    const test::HostSession session(host.Tables());
+    command.Execute();
+  }
+  EXPECT_EQ(host.Count(test::Operation::PDPageSetPDEContent), 0U);
+  EXPECT_EQ(test::SavedTree(Opened()), "Document\n  P\n    mcid 0 page 1\n  Span\n    mcid 1 page 1\n");
+}
+
 TEST_F(ContentCommandsTest, GuardsCommitWhatIsDoneWhileTheyLive) {
   doc.AddPage().Add(Image(2, 2)).Add(Text("a"));
   const PDDoc document = Open();
