@@ -144,7 +144,7 @@ Decoded Append(QPDFObjectHandle& stream, Blocks& content) {
 
 }  // namespace
 
-std::string ReadContentBytes(QPDFObjectHandle page, const std::string& place) {
+std::string ReadContentBytes(const QPDFObjectHandle& page, const std::string& place) {
   Blocks content;
   bool damaged = false;
   for (QPDFObjectHandle& stream : ContentStreams(page)) {

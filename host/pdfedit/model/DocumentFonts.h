@@ -15,7 +15,7 @@ namespace tgx::host {
 /// A font dictionary that page content of a document uses.
 class DocumentFont {
  public:
-  DocumentFont(QPDFObjectHandle dictionary, void* document) : dictionary_(std::move(dictionary)), document_(document) {}
+  DocumentFont(const QPDFObjectHandle& dictionary, void* document) : dictionary_(dictionary), document_(document) {}
 
   const QPDFObjectHandle& Dictionary() const noexcept { return dictionary_; }
   PDEFont Handle() const noexcept { return handle_; }
@@ -47,7 +47,7 @@ class DocumentFonts {
  private:
   struct alignas(8) Record {
     DocumentFont* font;
-    char unused[kRecordSize - sizeof(DocumentFont*)];
+    char unused[kRecordSize - sizeof(void*)];
   };
   friend DocumentFont* FindFont(PDEObject handle);
 

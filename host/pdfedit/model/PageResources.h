@@ -22,7 +22,7 @@ using TextMap = std::unordered_map<std::string, Value, TextHash, std::equal_to<>
 /// The named resources of a page, its own or those that it inherits from the page tree.
 class PageResources {
  public:
-  PageResources(QPDFObjectHandle page, DocumentFonts& fonts) : page_(std::move(page)), fonts_(fonts) {}
+  PageResources(const QPDFObjectHandle& page, DocumentFonts& fonts) : page_(page), fonts_(fonts) {}
 
   /// A resource by the token of its name; null when there is none.
   QPDFObjectHandle Find(const char* category, std::string_view nameToken) const;

@@ -57,7 +57,7 @@ static_assert(sizeof(ContentList) == kRecordSize);
 /// A text element that a client made.
 struct TextRecord {
   CreatedText* text;  ///< null once it has been freed
-  char unused[kRecordSize - sizeof(CreatedText*)];
+  char unused[kRecordSize - sizeof(void*)];
 };
 
 struct ColorSpaceRecord {
