@@ -2,18 +2,20 @@
 
 #include <array>
 
-#include "src/common/ContentUtils.h"
-
 namespace tgx {
 namespace {
 
 struct Eraser {
   const std::set<ASInt32>& mcids;
+  CosObj page;
   ASFixed leftEdge;  // of the page
 
+  // Asks for the number alone: the host makes an object of each property dictionary that it hands out.
   bool IsDoomed(PDEContainer container) const {
-    const ASInt32 mcid = mcids.empty() ? -1 : GetContainerMCID(container);
-    return mcid != -1 && mcids.contains(mcid);
+    if (mcids.empty()) return false;
+    PDSMCInfo info = {};
+    PDSMCGetInfo(page, container, &info);
+    return info.mcid != -1 && mcids.contains(info.mcid);
   }
 
   bool IsDummy(PDEImage image) const {
@@ -58,7 +60,7 @@ void EraseAuxiliaryContent(PDDoc document, const std::set<ASInt32>& mcids) {
     const PDPage page = PDDocAcquirePage(document, index);
     ASFixedRect box = {};
     PDPageGetCropBox(page, &box);
-    Eraser{mcids, box.left}.Erase(PDPageAcquirePDEContent(page, ExtensionId()));
+    Eraser{mcids, PDPageGetCosObj(page), box.left}.Erase(PDPageAcquirePDEContent(page, ExtensionId()));
     PDPageSetPDEContent(page, ExtensionId());
   }
 }
