@@ -1,6 +1,6 @@
 // What single steps cost over opening and saving alone, each in a process of its own, in parts of what `qpdf IN OUT` takes:
 //
-//     tgx_step_benchmark [ROUNDS]            the steps on the structure, on documents of 1,000 and 2,000 pages
+//     tgx_step_benchmark [ROUNDS]            the steps on structure and pages, on documents of 1,000 and 2,000 pages
 //     tgx_step_benchmark tables [ROUNDS]     the steps on tables, on documents of 2,500 and 5,000 tables of 20 by 10 cells
 //     tgx_step_benchmark texts [ROUNDS]      the steps on texts and formulas, on 1,000 pages and on one of 20,000 sequences
 //     tgx_step_benchmark forms [ROUNDS]      forms of 10,000 to 40,000 fields; `qpdf IN OUT` of both documents
@@ -61,7 +61,7 @@ void Compare(const std::string& input, const std::vector<std::string>& steps, in
   PrintLine("no step", Median(base));
   for (std::size_t step = 0; step < steps.size(); ++step) {
     const Cost cost = Median(costs[step]);
-    std::printf("  %-24s %6.2f s of processor more   x %4.2f   %5.0f MB\n", steps[step].c_str(), cost.processor - alone,
+    std::printf("  %-26s %6.2f s of processor more   x %4.2f   %5.0f MB\n", steps[step].c_str(), cost.processor - alone,
                 (cost.processor - alone) / whole, cost.megabytes);
     std::fflush(stdout);
   }
@@ -75,7 +75,7 @@ void OnPages(const std::string& folder, int rounds) {
     std::printf("%zu pages, %zu elements\n", pages, elements);
     Compare(input,
             {"style-names", "end-notes", "group-tags", "reshuffle-frames", "extra-paragraphs", "role-map", "table-metadata",
-             "layout-tables", "table-headers-footers"},
+             "layout-tables", "table-headers-footers", "reshuffle-frames-by-holder", "link-contents", "cut-text"},
             rounds);
   }
 }
