@@ -21,8 +21,14 @@ struct Pair {
 struct Work {
   std::size_t pages;
   bool withLongContents;
-  std::string step;  // with "$" for the document's path without ".pdf"
+  std::string step;  // with "$" for the document's path without ".pdf"; empty for the whole repair
 };
+
+std::vector<std::string> CommandOf(const std::string& step, const std::string& input, const std::string& output) {
+  std::vector<std::string> command = {TGX_TOOL, step.empty() ? "fix" : "run", "--quiet", "--force", input, "-o", output};
+  if (!step.empty()) command.push_back(step);
+  return command;
+}
 
 /// Both programs round by round, so that both meet the machine in the same state.
 Pair Compare(const std::string& folder, const Work& work, int rounds) {
@@ -36,10 +42,11 @@ Pair Compare(const std::string& folder, const Work& work, int rounds) {
   std::vector<Cost> qpdf, tgx;
   for (int round = 0; round < rounds; ++round) {
     qpdf.push_back(tgx::bench::Run({"qpdf", input, output}));
-    tgx.push_back(tgx::bench::Run({TGX_TOOL, "run", "--quiet", "--force", input, "-o", output, step}));
+    tgx.push_back(tgx::bench::Run(CommandOf(step, input, output)));
   }
   const Pair pair = {Median(qpdf), Median(tgx)};
-  std::printf("%s: %5zu pages, %6zu elements\n", work.step.c_str(), work.pages, elements);
+  const char* const what = work.step.empty() ? "the whole repair" : work.step.c_str();
+  std::printf("%s: %5zu pages, %6zu elements\n", what, work.pages, elements);
   PrintLine("qpdf", pair.qpdf);
   PrintLine("tgx", pair.tgx);
   PrintRatio("tgx to qpdf", pair.tgx, pair.qpdf);
@@ -53,6 +60,7 @@ void Benchmark(const std::string& folder, int rounds) {
   std::printf("twice the pages\n");
   PrintRatio("tgx", twice.tgx, single.tgx);
   Compare(folder, {1000, true, "toc:$.toc.xml"}, rounds);
+  Compare(folder, {1000, false, ""}, rounds);
 }
 
 }  // namespace

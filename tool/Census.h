@@ -3,6 +3,7 @@
 #include <array>
 #include <cstdint>
 #include <string_view>
+#include <tuple>
 #include <utility>
 #include <vector>
 
@@ -45,7 +46,10 @@ struct MarkedPlace {
   std::int32_t page;  ///< counted from 1
   std::int32_t mcid;
   unsigned marks;  ///< Mark bits
-  auto operator<=>(const MarkedPlace&) const = default;
+
+  bool operator<(const MarkedPlace& other) const {
+    return std::tie(page, mcid, marks) < std::tie(other.page, other.mcid, other.marks);
+  }
 };
 
 /// What stands in a document at one moment.

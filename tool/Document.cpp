@@ -19,7 +19,7 @@ namespace {
 /// A text of the host about a file, without the name in front. The host leaves the start of a long name out.
 std::string WithoutName(const std::string& path, const std::string& text) {
   const std::string name = OneLine(path);
-  const std::string line = OneLine(text);
+  std::string line = OneLine(text);
   if (line.starts_with(name + ": ")) return line.substr(name.size() + 2);
   if (!line.starts_with("...")) return line;
   for (std::size_t end = line.find(": "); end != std::string::npos; end = line.find(": ", end + 1)) {
