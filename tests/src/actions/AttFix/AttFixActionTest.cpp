@@ -247,6 +247,60 @@ TEST(AttFix, EndsWithTheHostsRaiseWhenTheMetadataHasMoreRowsThanTheTable) {
   EXPECT_NE(outcome.text, "");
 }
 
+TEST(AttFix, CountsTheRowsOfANestedTableAmongThoseOfADescribedOne) {
+  const std::string cell = "<Row><Cell type='1' row='1' index='1'/></Row>";
+  EXPECT_EQ(
+      Repaired({Element("Table")({Placeholder("<Table type='3'>" + cell + "<Row><Cell type='0' row='2' index='1'/></Row>" +
+                                              "<Row><Cell type='0' row='3' index='1'/></Row></Table>"),
+                                  Element("TR")({Element("TD")({Element("Table")({Row({"TD"})})})}), Row({"TD"})})}),
+      "Table\n"
+      "  TR\n"
+      "    TD id=\"1_1_1\"\n"
+      "      Table\n"
+      "        TR\n"
+      "          TH id=\"1_2_1\"\n"
+      "  TR\n"
+      "    TH id=\"1_3_1\"\n");
+}
+
+TEST(AttFix, LeavesRowsAndCellsThatTheMetadataLacksAlone) {
+  EXPECT_EQ(Repaired({Element("Table")({Placeholder("<Table type='3'><Row><Cell type='0' row='1' index='1'/></Row></Table>"),
+                                        Row({"TD", "TD"}), Row({"TD"})})}),
+            "Table\n  TR\n    TH id=\"1_1_1\"\n    TD\n  TR\n    TD\n");
+}
+
+TEST(AttFix, WritesTheNumbersOfTheMetadataWhateverTheyAre) {
+  EXPECT_EQ(
+      Repaired({Element("Table")({Placeholder("<Table type='3'><Row><Cell type='1' row='-2147483648' index='2147483647'>"
+                                              "<Cell row='-1' index='x'/></Cell></Row></Table>"),
+                                  Row({"TD"})})}),
+      "Table\n  TR\n    TD id=\"1_-2147483648_2147483647\" attributes=<< /Headers [ (1_-1_0) ] /O /Table >>\n");
+}
+
+TEST(AttFix, HeadsNothingWithCountsBelowOne) {
+  EXPECT_EQ(Repaired({Element("Table")({Placeholder("<Table type='2' rows='-1' cols='-2147483648'/>"), Row({"TD", "TD"})})}),
+            "Table\n  TR\n    TD\n    TD\n");
+}
+
+TEST(AttFix, HeadsEveryCellWithCountsBeyondTheTable) {
+  EXPECT_EQ(
+      Repaired({Element("Table")({Placeholder("<Table type='2' rows='2147483647' cols='2147483647'/>"), Row({"TD"})})}),
+      "Table\n  TR\n    TH attributes=<< /O /Table /Scope /Column >>\n");
+}
+
+TEST(AttFix, EndsWithTheHostsRaiseWhereACellHasAListOfAttributes) {
+  TestDocument document;
+  document.AddPage();
+  document.Tree(
+      {Element("Table")({Placeholder("<Table type='1'/>"),
+                         Element("TR")({Element("TH"), Element("TH").Attributes("[<</O/Layout>><</O/Table>>]")})})});
+  OpenDocument open(document.Write());
+  const Outcome outcome = open.Action(kAttFix);
+  EXPECT_EQ(outcome.result, TGX_FAILED);
+  EXPECT_NE(outcome.text, "");
+  EXPECT_THAT(SavedTree(open), testing::HasSubstr("TH attributes=<< /O /Table /Scope /Column >>\n"));
+}
+
 TEST(AttFix, TurnsALayoutTableWithAllTablesInItIntoDivs) {
   EXPECT_EQ(Repaired({Element("Table")(
                 {Placeholder("<Table type='4'/>"), Element("THead")({Row({"TH"})}),
