@@ -1,9 +1,9 @@
 #include <tgx/embedded_host.h>
 
 #include <cstdlib>
+#include <deque>
 #include <new>
 #include <string>
-#include <vector>
 
 #include "host/core/HostError.h"
 #include "host/core/Raise.h"
@@ -130,7 +130,7 @@ size_t TGXHost_WarningCount(PDDoc document) {
 
 const char* TGXHost_Warning(PDDoc document, size_t index) {
   return Answer(static_cast<const char*>(nullptr), [&] {
-    const std::vector<std::string>& warnings = Document::Of(document).Warnings();
+    const std::deque<std::string>& warnings = Document::Of(document).Warnings();
     if (index >= warnings.size()) throw HostError(kASOutOfRange, "no warning " + std::to_string(index));
     return warnings[index].c_str();
   });

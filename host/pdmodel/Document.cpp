@@ -15,7 +15,7 @@
 namespace tgx::host {
 namespace {
 
-constexpr std::size_t kMostWarnings = 100;
+constexpr std::size_t kMostWarnings = 1000;
 
 /// Documents by serial number; a closed one leaves an empty place, and serial numbers are never used again.
 std::vector<std::unique_ptr<Document>>& Registry() {
@@ -98,10 +98,11 @@ ASUns32 PageIndex(PDPage handle) noexcept {
   return static_cast<ASUns32>((reinterpret_cast<std::uintptr_t>(handle) & 0xFFFFFFFFU) >> kIndexShift);
 }
 
-const std::vector<std::string>& Document::Warnings() {
+const std::deque<std::string>& Document::Warnings() {
   for (const QPDFExc& warning : pdf_->getWarnings()) {
-    if (warnings_.size() == kMostWarnings) break;
-    warnings_.push_back(OneLine(warning.what()));
+    if (warnings_.size() > kMostWarnings) break;
+    const bool isListed = warnings_.size() < kMostWarnings;
+    warnings_.push_back(isListed ? OneLine(warning.what()) : name_ + ": there are more warnings than are listed");
   }
   return warnings_;
 }

@@ -1,9 +1,9 @@
 #pragma once
 
+#include <deque>
 #include <memory>
 #include <string>
 #include <string_view>
-#include <vector>
 
 #include <tgx/host.h>
 #include <qpdf/QPDF.hh>
@@ -65,8 +65,9 @@ class Document {
   /// What the document is read from, null if somebody else opened it.
   Source* From() noexcept { return source_.get(); }
 
-  /// What qpdf found wrong with the file so far, a line each; of very many only the first.
-  const std::vector<std::string>& Warnings();
+  /// What was found wrong with the file so far, by qpdf or by the host through QPDF::warn, a line each; of very many only
+  /// the first, and a last line that says so. Lines never change their places.
+  const std::deque<std::string>& Warnings();
 
   /// Whether anything has been edited since the document was opened. Saving rebuilds the parent tree only then.
   bool IsChanged() const noexcept { return changed_; }
@@ -87,7 +88,7 @@ class Document {
   std::string name_;
   std::shared_ptr<Source> source_;
   std::unique_ptr<QPDF> pdf_;
-  std::vector<std::string> warnings_;
+  std::deque<std::string> warnings_;
   ObjectTable objects_;
   NameSpelling names_;
   std::unique_ptr<PageList> pages_;

@@ -23,7 +23,8 @@ namespace tgx::host {
 namespace {
 
 constexpr const char* kCannotOpen = "cannot be opened";
-constexpr std::size_t kHeaderSearch = 1024;  // how far from either end readers look for the marks of a PDF file
+constexpr std::size_t kHeaderSearch = 1024;  // how far from the start readers look for the mark of a PDF file
+constexpr std::size_t kEndSearch = 1100;     // how far from the end, and some more than qpdf does
 
 /// The file, once it is known to be one that has bytes to read: a device or a pipe could keep us waiting for ever.
 std::shared_ptr<Source> OpenRegularFile(const std::string& path, const std::string& name) {
@@ -50,10 +51,17 @@ class Signs {
   explicit Signs(Source& source)
       : size_(source.Size()),
         head_(Bytes(source, 0, 2 * kHeaderSearch)),
-        tail_(Bytes(source, std::max<qpdf_offset_t>(0, size_ - static_cast<qpdf_offset_t>(kHeaderSearch)), kHeaderSearch)) {}
+        tail_(Bytes(source, std::max<qpdf_offset_t>(0, size_ - static_cast<qpdf_offset_t>(kEndSearch)), kEndSearch)) {}
 
   bool HasHeader() const { return HeaderPlace() < kHeaderSearch; }
   bool HasEnd() const { return tail_.find("%%EOF") != std::string::npos; }
+
+  /// Whether objects follow on the last end mark, as they do where a file was added to and the addition is cut short.
+  /// Readers that find that mark take the file for complete.
+  bool HasObjectsBehindEnd() const {
+    const std::size_t end = tail_.rfind("%%EOF");
+    return end != std::string::npos && tail_.find(" obj", end) != std::string::npos;
+  }
 
   /// Whether a file laid out for reading over a network says that it is longer. Its front tells of all that follows, so
   /// that a repair would find less than the whole without noticing.
@@ -133,6 +141,9 @@ Document& Open(const std::shared_ptr<Source>& source, const std::string& name, c
     auto pdf = ParseWithPassword(source, options);
     if (pdf->anyWarnings() && signs.IsCutLinearized()) {
       throw HostError(kASDamagedDocument, name + ": cut short: it says itself that it is longer");
+    }
+    if (!pdf->anyWarnings() && signs.HasObjectsBehindEnd()) {
+      pdf->warn(QPDFExc(qpdf_e_damaged_pdf, name, "", 0, "cut short: the changes of its last revision are left out"));
     }
     if (!pdf->getRoot().getKey("/Pages").isDictionary()) throw HostError(kASDamagedDocument, name + ": damaged: no pages");
     Document& document = Document::Adopt(std::move(pdf), name, source);

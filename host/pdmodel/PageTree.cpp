@@ -2,6 +2,8 @@
 
 #include <vector>
 
+#include <qpdf/QPDFExc.hh>
+
 #include "host/core/HostError.h"
 
 namespace tgx::host {
@@ -25,14 +27,18 @@ QPDFObjectHandle TopOf(QPDFObjectHandle node, const std::string& documentName) {
 }
 
 /// Takes out what is no dictionary and so no page. All at once: an array may hold any number of such items.
-void DropStrays(QPDFObjectHandle& kids) {
+void DropStrays(QPDF& pdf, const std::string& documentName, QPDFObjectHandle& kids) {
   const int count = kids.getArrayNItems();
   std::vector<QPDFObjectHandle> pages;
   for (int i = 0; i < count; ++i) {
     QPDFObjectHandle kid = kids.getArrayItem(i);
     if (kid.isDictionary()) pages.push_back(std::move(kid));
   }
-  if (pages.size() < static_cast<std::size_t>(count)) kids.setArrayFromVector(pages);
+  const std::size_t strays = static_cast<std::size_t>(count) - pages.size();
+  if (strays == 0) return;
+  kids.setArrayFromVector(pages);
+  pdf.warn(
+      QPDFExc(qpdf_e_pages, documentName, "page tree", 0, "items left out that are no pages: " + std::to_string(strays)));
 }
 
 }  // namespace
@@ -56,7 +62,7 @@ std::unordered_set<const QPDFObject*> CheckedPageTree(QPDF& pdf, const std::stri
     QPDFObjectHandle kids = node.getKey("/Kids");
     if (!kids.isArray()) return;
     add(kids);
-    DropStrays(kids);
+    DropStrays(pdf, documentName, kids);
     path.push_back({kids, kids.getArrayNItems(), 0});
   };
   enter(TopOf(pages, documentName));

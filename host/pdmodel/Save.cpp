@@ -175,6 +175,7 @@ void WriteLinearizedCopy(Document& document, const SaveOptions& options, Sink& s
   Configure(writer, document, options);
   if (!options.decrypt && document.Pdf().isEncrypted()) writer.copyEncryptionParameters(document.Pdf());
   Run(writer, sink);
+  for (const QPDFExc& warning : copy.getWarnings()) document.Pdf().warn(warning);
 }
 
 void WriteLinearized(Document& document, const SaveOptions& options, Sink& sink) {

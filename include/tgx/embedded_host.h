@@ -52,8 +52,11 @@ TGX_HOST_EXPORT const HostTables* TGXHost_Tables(void);
 TGX_HOST_EXPORT PDDoc TGXHost_OpenFile(const char* path, const TGXHostOpenOptions* options);
 TGX_HOST_EXPORT PDDoc TGXHost_OpenMemory(const void* data, size_t size, const char* name, const TGXHostOpenOptions* options);
 
-/* What was found wrong with the file so far and repaired or ignored, a line each, of very many only the first hundred. The
- * texts are the host's, good until the document closes. 0 for a dead handle, null for an index past the last. */
+/* What was found wrong with the file so far and repaired, ignored or lost, a line each; of very many the first thousand and
+ * a last line that says so. An object that cannot be read is null to everybody, and a saved file does without it: a warning
+ * is all that tells of the loss. Objects are read when they are first needed, the rest of them by saving, so ask after
+ * saving as well. The texts are the host's, good until the document closes. 0 for a dead handle, null for an index past the
+ * last. */
 TGX_HOST_EXPORT size_t TGXHost_WarningCount(PDDoc document);
 TGX_HOST_EXPORT const char* TGXHost_Warning(PDDoc document, size_t index);
 

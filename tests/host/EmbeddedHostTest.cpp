@@ -5,6 +5,7 @@
 
 #include "tests/host/pdmodel/FileTest.h"
 #include "tests/support/Paths.h"
+#include "tests/support/TestDocument.h"
 
 namespace tgx::host {
 namespace {
@@ -93,6 +94,76 @@ TEST_F(EmbeddedHost, IgnoresTheClosingOfNullAndDeadDocuments) {
   EXPECT_EQ(TGXHost_LastErrorCode(), kASNoError);
   EXPECT_EQ(TGXHost_WarningCount(doc), 0U);
   EXPECT_EQ(TGXHost_LastErrorCode(), kASBadParameter);
+}
+
+/// A document with one object that nobody can read, and nothing else wrong with it; `damage` is as long as the mark.
+constexpr std::string_view kMark = "(a value that is lost ...)";
+
+std::string WithLostObject(std::string_view damage) {
+  test::TestDocument document;
+  document.AddPage();
+  document.Object("lost", "<</N " + std::string(kMark) + ">>").SetCatalog("Lost", "$lost");
+  std::string bytes = document.Write();
+  bytes.replace(bytes.find(kMark), kMark.size(), damage);
+  return bytes;
+}
+
+TEST_F(EmbeddedHost, TellsOfAnObjectThatIsLostInSaving) {
+  for (const TGXHostSaveOptions& options :
+       {TGXHostSaveOptions{sizeof(TGXHostSaveOptions), 0, 0, 0}, TGXHostSaveOptions{sizeof(TGXHostSaveOptions), 1, 0, 0}}) {
+    const Opened doc(Put("lost.pdf", WithLostObject("99999999999999999999999999")));
+    EXPECT_EQ(TGXHost_WarningCount(doc), 0U);
+    ASSERT_EQ(TGXHost_SaveFile(doc, Path("out.pdf").c_str(), &options), 0) << TGXHost_LastError();
+    ASSERT_GE(TGXHost_WarningCount(doc), 1U);
+    EXPECT_EQ(std::string(TGXHost_Warning(doc, 0)).find(Path("lost.pdf") + ": object "), 0U) << TGXHost_Warning(doc, 0);
+  }
+}
+
+TEST_F(EmbeddedHost, TellsOfAnObjectThatIsSpelledWrong) {
+  const Opened doc(Put("lost.pdf", WithLostObject(") >>                      ")));
+  ASSERT_EQ(TGXHost_SaveFile(doc, Path("out.pdf").c_str(), nullptr), 0) << TGXHost_LastError();
+  EXPECT_GE(TGXHost_WarningCount(doc), 1U);
+}
+
+TEST_F(EmbeddedHost, TellsOfARevisionThatIsCutShort) {
+  test::TestDocument document;
+  document.AddPage();
+  const Opened doc(Put("cut.pdf", document.Write() + "5 0 obj\n<< /Type /Pages /Cou"));
+  ASSERT_EQ(TGXHost_WarningCount(doc), 1U);
+  EXPECT_EQ(TGXHost_Warning(doc, 0), Path("cut.pdf") + ": cut short: the changes of its last revision are left out");
+}
+
+TEST_F(EmbeddedHost, DoesNotMindOtherBytesBehindTheEnd) {
+  test::TestDocument document;
+  document.AddPage();
+  const Opened doc(Put("mail.pdf", document.Write() + "\n--boundary--\n"));
+  EXPECT_EQ(TGXHost_WarningCount(doc), 0U);
+}
+
+TEST_F(EmbeddedHost, TellsOfPagesThatAreNone) {
+  test::TestDocument document;
+  document.AddPage();
+  document.Patch([](QPDF& pdf) { pdf.getRoot().getKey("/Pages").getKey("/Kids").appendItem(QPDFObjectHandle::newNull()); });
+  const Opened doc(Put("null.pdf", document.Write()));
+  ASSERT_EQ(TGXHost_WarningCount(doc), 1U);
+  EXPECT_EQ(TGXHost_Warning(doc, 0), Path("null.pdf") + " (page tree): items left out that are no pages: 1");
+}
+
+TEST_F(EmbeddedHost, KeepsAThousandWarningsInTheirPlaces) {
+  test::TestDocument document;
+  document.AddPage();
+  for (int i = 0; i < 1500; ++i) document.Object("o" + std::to_string(i), "[(" + std::to_string(10'000 + i) + ")]");
+  std::string list;
+  for (int i = 0; i < 1500; ++i) list += "$o" + std::to_string(i) + " ";
+  document.SetCatalog("List", "[" + list + "]");
+  std::string bytes = document.Write();
+  for (int i = 0; i < 1500; ++i) bytes.replace(bytes.find("(" + std::to_string(10'000 + i) + ")"), 7, ")      ");
+  const Opened doc(Put("lost.pdf", bytes));
+  ASSERT_EQ(TGXHost_SaveFile(doc, Path("out.pdf").c_str(), nullptr), 0) << TGXHost_LastError();
+  ASSERT_EQ(TGXHost_WarningCount(doc), 1001U);
+  const char* const last = TGXHost_Warning(doc, 1000);
+  EXPECT_EQ(last, Path("lost.pdf") + ": there are more warnings than are listed");
+  EXPECT_EQ(TGXHost_Warning(doc, 1000), last);
 }
 
 TEST_F(EmbeddedHost, CutsFramesThatWereLeftBehind) {
