@@ -31,7 +31,6 @@ std::string ListOf(StepKind kind, std::size_t width) {
   for (const Step& step : Steps()) {
     if (step.kind != kind) continue;
     list.append("  ").append(Padded(NumberOf(step), 7)).append(Padded(CallOf(step), width + 2)).append(step.help);
-    if (!step.built) list.append(" (not in this build yet)");
     list.append("\n");
   }
   return list;

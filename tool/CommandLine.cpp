@@ -67,7 +67,6 @@ std::string FixStepList() {
     list.append("  ").append(step.name);
     if (!step.option.empty()) list.append(" (with ").append(step.option).append(")");
     if (!step.byDefault) list.append(" (with --with)");
-    if (!FindStep(step.name)->built) list.append(" (not in this build yet)");
     list.append("\n");
   }
   return list;

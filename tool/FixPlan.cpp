@@ -75,7 +75,7 @@ bool IsWanted(const FixStep& step, const FixChoices& choices) {
     throw Failure("step " + std::string(step.name) + ": needs a file, given with " + std::string(step.option));
   }
   if (asked) return true;
-  return step.byDefault && !lacksFile && !IsReplaced(step, choices) && FindStep(step.name)->built;
+  return step.byDefault && !lacksFile && !IsReplaced(step, choices);
 }
 
 }  // namespace

@@ -13,38 +13,36 @@ constexpr auto kAction = StepKind::kAction;
 constexpr auto kFix = StepKind::kFix;
 constexpr auto kTool = StepKind::kTool;
 
-// The last column becomes true with the commit that gives the library the worker.
 constexpr Step kSteps[] = {
-    {kAction, 0, "reshuffle-frames-by-holder", "", "place anchored frames at their anchors, going by the holders", true},
-    {kAction, 1, "link-contents", "", "describe each link annotation by the text it covers and its target", true},
-    {kAction, 2, "style-names", "STYLES.xml", "put the style names of STYLES.xml in the place of style identifiers", true},
-    {kAction, 3, "cut-text", "", "cut every text element down to its first character, painted gray", true},
-    {kAction, 4, "sync-forms", "FORM.pdf", "take over settings, values and appearances of form fields from FORM.pdf", true},
-    {kAction, 5, "toc", "TOC.xml", "build the table of contents", true},
-    {kAction, 6, "remove-empty-tags", "", "remove structure elements that hold nothing", true},
-    {kAction, 7, "mark-empty-tags", "", "add [EMPTY] to the type of structure elements that hold nothing", true},
-    {kAction, 8, "user-alt-text", "", "move alternate texts from link addresses to the figures", true},
-    {kAction, 9, "layout-tables", "TABLES.tsv", "turn the tables that TABLES.tsv says only lay out the page into divisions",
-     true},
-    {kAction, 10, "footnote-links", "", "link footnotes and their references with each other", true},
-    {kAction, 11, "remove-frame-markers", "", "remove the marks around text frames, from the tree and the pages", true},
-    {kAction, 12, "table-metadata", "", "give tables their header cells, from the descriptions left in the document", true},
-    {kAction, 13, "remove-dummy-images", "", "remove images of 1 by 1 sample from the pages", true},
-    {kAction, 14, "reshuffle-frames", "", "place anchored frames at their anchors", true},
-    {kAction, 15, "end-notes", "", "map the type Endnote to Note", true},
-    {kAction, 16, "group-tags", "", "build captions, indexes and block quotes from paragraphs tagged as their parts", true},
-    {kAction, 17, "mathml", "", "attach to formulas their MathML", true},
-    {kAction, 18, "reserved", "", "does nothing", true},
-    {kFix, 0x1, "double-bullets", "", "remove the second copy of list bullets", true},
-    {kFix, 0x2, "extra-paragraphs", "", "remove paragraphs that hold a table and nothing else", true},
-    {kFix, 0x4, "main-language", "", "give the document the language of most of its text", true},
-    {kFix, 0x10, "language-tags", "", "write languages as binary tags", true},
-    {kFix, 0x20, "language-brackets", "", "write languages in brackets", true},
-    {kFix, 0x40, "table-headers-footers", "", "keep the first head and the last foot of tables that repeat them", true},
-    {kFix, 0x80, "table-layout", "", "dissolve tables that hold other elements than those of tables", true},
-    {kFix, 0x100, "button-widgets", "", "turn the widgets of push buttons into stamps", true},
-    {kFix, 0x200, "role-map", "", "remove types that are mapped to themselves from the role map", true},
-    {kTool, 0, "plain-languages", "", "write languages in brackets the way that readers know: [Lang=de] becomes de", true},
+    {kAction, 0, "reshuffle-frames-by-holder", "", "place anchored frames at their anchors, going by the holders"},
+    {kAction, 1, "link-contents", "", "describe each link annotation by the text it covers and its target"},
+    {kAction, 2, "style-names", "STYLES.xml", "put the style names of STYLES.xml in the place of style identifiers"},
+    {kAction, 3, "cut-text", "", "cut every text element down to its first character, painted gray"},
+    {kAction, 4, "sync-forms", "FORM.pdf", "take over settings, values and appearances of form fields from FORM.pdf"},
+    {kAction, 5, "toc", "TOC.xml", "build the table of contents"},
+    {kAction, 6, "remove-empty-tags", "", "remove structure elements that hold nothing"},
+    {kAction, 7, "mark-empty-tags", "", "add [EMPTY] to the type of structure elements that hold nothing"},
+    {kAction, 8, "user-alt-text", "", "move alternate texts from link addresses to the figures"},
+    {kAction, 9, "layout-tables", "TABLES.tsv", "turn the tables that TABLES.tsv says only lay out the page into divisions"},
+    {kAction, 10, "footnote-links", "", "link footnotes and their references with each other"},
+    {kAction, 11, "remove-frame-markers", "", "remove the marks around text frames, from the tree and the pages"},
+    {kAction, 12, "table-metadata", "", "give tables their header cells, from the descriptions left in the document"},
+    {kAction, 13, "remove-dummy-images", "", "remove images of 1 by 1 sample from the pages"},
+    {kAction, 14, "reshuffle-frames", "", "place anchored frames at their anchors"},
+    {kAction, 15, "end-notes", "", "map the type Endnote to Note"},
+    {kAction, 16, "group-tags", "", "build captions, indexes and block quotes from paragraphs tagged as their parts"},
+    {kAction, 17, "mathml", "", "attach to formulas their MathML"},
+    {kAction, 18, "reserved", "", "does nothing"},
+    {kFix, 0x1, "double-bullets", "", "remove the second copy of list bullets"},
+    {kFix, 0x2, "extra-paragraphs", "", "remove paragraphs that hold a table and nothing else"},
+    {kFix, 0x4, "main-language", "", "give the document the language of most of its text"},
+    {kFix, 0x10, "language-tags", "", "write languages as binary tags"},
+    {kFix, 0x20, "language-brackets", "", "write languages in brackets"},
+    {kFix, 0x40, "table-headers-footers", "", "keep the first head and the last foot of tables that repeat them"},
+    {kFix, 0x80, "table-layout", "", "dissolve tables that hold other elements than those of tables"},
+    {kFix, 0x100, "button-widgets", "", "turn the widgets of push buttons into stamps"},
+    {kFix, 0x200, "role-map", "", "remove types that are mapped to themselves from the role map"},
+    {kTool, 0, "plain-languages", "", "write languages in brackets the way that readers know: [Lang=de] becomes de"},
 };
 
 /// A whole number, decimal or with 0x in front; nothing before it and nothing after.
@@ -61,12 +59,7 @@ std::optional<Number> ParseNumber(std::string_view text, bool hexAllowed) {
   return value;
 }
 
-void RequireBuilt(const Step& step) {
-  if (!step.built) throw Failure("step " + std::string(step.name) + ": this build does not have it yet");
-}
-
 StepCall CallOf(const Step& step, std::string path, bool hasPath, std::string_view text) {
-  RequireBuilt(step);
   if (step.argument.empty() && hasPath)
     throw Failure("step " + std::string(text) + ": " + std::string(step.name) + " takes no file");
   if (!step.argument.empty() && path.empty()) {
@@ -79,9 +72,6 @@ StepCall CallOf(const Step& step, std::string path, bool hasPath, std::string_vi
 StepCall ParseMask(std::string_view text, std::string_view value) {
   const auto mask = ParseNumber<std::uint32_t>(value, true);
   if (!mask) throw Failure("step " + std::string(text) + ": \"" + std::string(value) + "\" is no mask of fixes");
-  for (const Step& step : Steps()) {
-    if (step.kind == kFix && (*mask & step.number) != 0) RequireBuilt(step);
-  }
   return {kFix, *mask, "", std::string(text)};
 }
 

@@ -18,7 +18,6 @@ struct Step {
   std::string_view name;      ///< what the command line calls it
   std::string_view argument;  ///< what its file is, empty for a step without one
   std::string_view help;      ///< one line
-  bool built;                 ///< whether the library of this build has it
 };
 
 /// Every action by its number, then every fix by its bit, then the steps of the tool.
@@ -35,9 +34,8 @@ struct StepCall {
   std::string name;      ///< the step's own name where it has one, else as it was given
 };
 
-/// Reads "action=N", "action=N:PATH", "fixups=MASK", "NAME" or "NAME:PATH". Throws Failure for anything else, for a missing
-/// or needless path, and for a step that this build does not have. Action numbers without a row pass: the library refuses
-/// them.
+/// Reads "action=N", "action=N:PATH", "fixups=MASK", "NAME" or "NAME:PATH". Throws Failure for anything else and for a
+/// missing or needless path. Action numbers without a row pass: the library refuses them.
 StepCall ParseStep(std::string_view text);
 std::vector<StepCall> ParseSteps(const std::vector<std::string>& texts);
 

@@ -57,16 +57,6 @@ TEST(CommandLine, ActionsListsEveryStepWithItsNumberAndItsFile) {
   }
 }
 
-TEST(CommandLine, ActionsMarksExactlyTheStepsThatAreNotThere) {
-  const std::string list = RunTool({"actions"}).out;
-  for (const tool::Step& step : tool::Steps()) {
-    const std::size_t row = list.find("  " + std::string(step.name) + (step.argument.empty() ? " " : ":"));
-    ASSERT_NE(row, std::string::npos) << step.name;
-    const std::string line = list.substr(row, list.find('\n', row) - row);
-    EXPECT_EQ(line.ends_with("(not in this build yet)"), !step.built) << line;
-  }
-}
-
 TEST(CommandLine, WrongUseIsOneLineOnStandardErrorAndStatusOne) {
   const std::vector<std::vector<std::string>> wrong = {{},
                                                        {"repair"},

@@ -14,15 +14,6 @@ namespace {
 using testing::ElementsAre;
 using testing::ElementsAreArray;
 
-/// The names of what this build has, out of these.
-std::vector<std::string> Built(const std::vector<std::string>& names) {
-  std::vector<std::string> built;
-  for (const std::string& name : names) {
-    if (FindStep(name)->built) built.push_back(name);
-  }
-  return built;
-}
-
 std::vector<std::string> NamesOf(const std::vector<StepCall>& plan) {
   std::vector<std::string> names;
   for (const StepCall& step : plan) names.push_back(step.name);
@@ -81,7 +72,7 @@ TEST(FixPlan, WithAllFilesIsAllThatIsOn) {
   for (const FixStep& step : FixSteps()) {
     if (step.byDefault) names.emplace_back(step.name);
   }
-  EXPECT_THAT(NamesOf(PlanOfFix(AllFiles())), ElementsAreArray(Built(names)));
+  EXPECT_THAT(NamesOf(PlanOfFix(AllFiles())), ElementsAreArray(names));
 }
 
 TEST(FixPlan, LeavesOutTheStepsWhoseFilesAreNotGiven) {
@@ -97,7 +88,7 @@ TEST(FixPlan, HandsEachStepItsFile) {
   EXPECT_EQ(files["style-names"], "styles.xml");
   EXPECT_EQ(files["layout-tables"], "tables.tsv");
   EXPECT_EQ(files["sync-forms"], "form.pdf");
-  EXPECT_EQ(files["toc"], FindStep("toc")->built ? "toc.xml" : "");
+  EXPECT_EQ(files["toc"], "toc.xml");
   EXPECT_EQ(files["mathml"], "");
 }
 
@@ -152,15 +143,6 @@ TEST(FixPlan, WantsTheFileOfAStepThatIsAskedFor) {
   FixChoices choices;
   choices.with = {"style-names"};
   EXPECT_EQ(FailureOf(choices), "step style-names: needs a file, given with --styles");
-}
-
-TEST(FixPlan, RefusesToBeAskedForWhatThisBuildDoesNotHave) {
-  for (const FixStep& step : FixSteps()) {
-    if (FindStep(step.name)->built) continue;
-    FixChoices choices = AllFiles();
-    choices.with = {std::string(step.name)};
-    EXPECT_EQ(FailureOf(choices), "step " + std::string(step.name) + ": this build does not have it yet");
-  }
 }
 
 }  // namespace

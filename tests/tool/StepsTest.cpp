@@ -85,10 +85,10 @@ bool IsDispatched(const Step& step) {
   return std::ranges::any_of(Actions(), [&](const ActionRow& row) { return row.number == static_cast<int>(step.number); });
 }
 
-TEST(Steps, AreBuiltExactlyWhereTheLibraryHasAWorker) {
+TEST(Steps, AllHaveTheirWorkerInTheLibrary) {
   for (const Step& step : Steps()) {
     if (step.kind == StepKind::kTool) continue;
-    EXPECT_EQ(IsDispatched(step), step.built) << step.name << ": set the last column of its row in tool/Steps.cpp";
+    EXPECT_TRUE(IsDispatched(step)) << step.name;
   }
 }
 
@@ -141,19 +141,9 @@ TEST(ParseStep, RefusesAFileForAStepThatTakesNone) {
   EXPECT_EQ(ParseFailure("fixups=8:x"), "step fixups=8:x: fixes take no file");
 }
 
-TEST(ParseStep, RefusesStepsThatThisBuildDoesNotHave) {
-  for (const Step& step : Steps()) {
-    if (step.built) continue;
-    EXPECT_EQ(ParseFailure(std::string(step.name)), "step " + std::string(step.name) + ": this build does not have it yet");
-    if (step.kind == StepKind::kFix) {
-      EXPECT_THAT(ParseFailure("fixups=" + std::to_string(step.number)), HasSubstr(std::string(step.name)));
-    }
-  }
-}
-
 TEST(ParseStep, WantsAFileWhereTheStepTakesOne) {
   for (const Step& step : Steps()) {
-    if (!step.built || step.argument.empty()) continue;
+    if (step.argument.empty()) continue;
     const std::string name(step.name);
     EXPECT_EQ(ParseFailure(name), "step " + name + ": needs a file, as in " + name + ":" + std::string(step.argument));
     EXPECT_EQ(ParseFailure(name + ":"),
