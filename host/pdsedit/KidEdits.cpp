@@ -1,6 +1,7 @@
 #include "host/pdsedit/KidEdits.h"
 
 #include <algorithm>
+#include <cstddef>
 #include <cstdint>
 #include <string>
 #include <vector>
@@ -83,6 +84,40 @@ void RefuseCycle(const NodeStore& nodes, NodeId parent, NodeId element) {
                   NameOf(nodes[element]) + " cannot become a kid of " + NameOf(nodes[parent]) + ", which stands below it");
 }
 
+/// Elements from here upwards. The way ends below an element that stands in several places: the next reading tells then.
+std::size_t LevelsAbove(const NodeStore& nodes, NodeId id) {
+  std::size_t levels = 0;
+  for (NodeId at = id; at != kNoNode && !nodes[at].isRoot; at = nodes[at].holder) ++levels;
+  return levels;
+}
+
+/// Elements from here downwards, on the longest way; counts no further than `most`.
+std::size_t LevelsBelow(const NodeStore& nodes, NodeId id, std::size_t most) {
+  std::vector<NodeId> level = {id};
+  std::size_t levels = 0;
+  for (; !level.empty() && levels < most; ++levels) {
+    std::vector<NodeId> below;
+    for (const NodeId node : level) {
+      const KidList& kids = nodes[node].kids;
+      for (ASUns32 i = 0; i < kids.Size(); ++i) {
+        if (kids[i].IsElement()) below.push_back(kids[i].place);
+      }
+    }
+    std::sort(below.begin(), below.end());
+    below.erase(std::unique(below.begin(), below.end()), below.end());
+    level = std::move(below);
+  }
+  return levels;
+}
+
+void RefuseDepth(const NodeStore& nodes, NodeId parent, NodeId element) {
+  const std::size_t above = LevelsAbove(nodes, parent);
+  if (above + LevelsBelow(nodes, element, kDeepestLevel + 1) <= kDeepestLevel) return;
+  throw HostError(kASBadParameter, NameOf(nodes[element]) + " cannot become a kid of " + NameOf(nodes[parent]) +
+                                       ": elements would lie on a path of more than " + std::to_string(kDeepestLevel) +
+                                       " levels");
+}
+
 [[noreturn]] void FailNotFound(const Node& parent, const std::string& what) {
   throw HostError(kASNotFound, NameOf(parent) + ": " + what + " is not among its kids");
 }
@@ -114,6 +149,7 @@ void InsertElement(StructureTree& tree, NodeId parent, NodeId element, ASInt32 i
   NodeStore& nodes = tree.Nodes();
   const ASUns32 index = IndexAfter(nodes[parent], insertAfter);
   RefuseCycle(nodes, parent, element);
+  RefuseDepth(nodes, parent, element);
   tree.InsertKid(parent, index, {KidKind::kElement, element, -1, kNoPage});
   tree.SetParent(element, parent);
 }
@@ -218,6 +254,7 @@ void ReplaceElement(StructureTree& tree, NodeId parent, NodeId oldElement, NodeI
   const ASUns32 index = IndexOfElement(tree, parent, oldElement);
   if (index == kNoIndex) FailNotFound(nodes[parent], NameOf(nodes[oldElement]));
   RefuseCycle(nodes, parent, newElement);
+  RefuseDepth(nodes, parent, newElement);
   tree.EraseKid(parent, index);
   tree.SetParent(oldElement, kNoNode);
   tree.InsertKid(parent, index, {KidKind::kElement, newElement, -1, kNoPage});

@@ -9,7 +9,7 @@ namespace tgx::host {
 /// Edits of the kids of one node. `insertAfter` is the index of the kid behind which the new one goes: kPDSBeforeFirst, or
 /// anything from the last kid on for the end. Below -1 throws kASOutOfRange.
 
-/// Throws kASBadParameter when the element would become its own ancestor.
+/// Throws kASBadParameter when the element would become its own ancestor, or a way down the tree too long to be read again.
 void InsertElement(StructureTree& tree, NodeId parent, NodeId element, ASInt32 insertAfter);
 
 /// Adds a kid for the container's MCID: a number where the element's "Pg" is the page or can be set to it, else a reference.

@@ -94,6 +94,27 @@ TEST(InsertKid, RefusesACycleThroughAnElementThatStandsInTwoPlaces) {
   EXPECT_EQ(RaisedCode([&] { Write().PDSElementInsertKid(inner, b, 0); }), kASBadParameter);
 }
 
+TEST(InsertKid, RefusesMoreLevelsThanCanBeReadAgain) {
+  TestDocument source;
+  source.AddPage();
+  Element top("L");
+  Element at = top;
+  for (int i = 2; i <= 511; ++i) at = at.AddNew("L");
+  source.Tree({top});
+  StructureDocument document(source);
+  const PDSElement bottom = document.At(std::vector<ASInt32>(511, 0));
+  const PDSElement last = document.NewElement("P");
+  Write().PDSElementInsertKid(bottom, last, kPDSAfterLast);
+  EXPECT_EQ(RaisedCode([&] { Write().PDSElementInsertKid(last, document.NewElement("P"), kPDSAfterLast); }),
+            kASBadParameter);
+  const PDSElement pair = document.NewElement("Sect");
+  Write().PDSElementInsertKid(pair, document.NewElement("P"), kPDSAfterLast);
+  EXPECT_EQ(RaisedCode([&] { Write().PDSElementReplaceKid(bottom, last, pair); }), kASBadParameter);
+  EXPECT_EQ(KidsOf(bottom), "P");
+  StructureDocument again(document.Save());
+  EXPECT_EQ(Read().PDSTreeRootGetNumKids(again.Root()), 1);
+}
+
 TEST(InsertKid, TakesTheNullObjectForTheRootOfTheKidsDocument) {
   Letters letters;
   Write().PDSElementInsertKid(kNullObject, letters.document.NewElement("N"), 0);

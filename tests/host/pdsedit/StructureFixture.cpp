@@ -12,7 +12,7 @@ PDSTreeRoot StructureDocument::Root() {
   return root;
 }
 
-PDSElement StructureDocument::At(std::initializer_list<ASInt32> path) {
+PDSElement StructureDocument::At(const std::vector<ASInt32>& path) {
   PDSElement at = Root();
   for (const ASInt32 index : path) Read().PDSElementGetKid(at, index, &at, nullptr, nullptr);
   return at;

@@ -1,6 +1,5 @@
 #pragma once
 
-#include <initializer_list>
 #include <string>
 #include <vector>
 
@@ -45,7 +44,7 @@ class StructureDocument {
 
   PDSTreeRoot Root();
   /// The element at the end of a path of kid indexes from the root.
-  PDSElement At(std::initializer_list<ASInt32> path);
+  PDSElement At(const std::vector<ASInt32>& path);
 
   PDSElement NewElement(const char* type = nullptr);
   std::string Save() { return open_.Save(); }
