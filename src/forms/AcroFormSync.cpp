@@ -3,7 +3,6 @@
 #include <unordered_map>
 
 #include "src/forms/AcroFormTree.h"
-#include "src/forms/CosDeepCopy.h"
 
 namespace tgx::acroform {
 namespace {
@@ -30,20 +29,20 @@ constexpr Entry kEntries[] = {
     {"MK", Owner::Widget, Crossing::Dictionary}, {"AP", Owner::Widget, Crossing::Dictionary},
 };
 
-CosObj CopyOfDictionary(CosObj source, CosDoc document) {
+CosObj CopyOfDictionary(CosObj source, CosDoc document, CopyBudget& budget) {
   const CosObj copy = CosNewDict(document, CosObjIsIndirect(source), 0);
-  DeepCopyDictionary(source, copy, KnownKeys::Overwrite);
+  DeepCopyDictionary(source, copy, KnownKeys::Overwrite, budget);
   return copy;
 }
 
-CosObj CopyOfArray(CosObj source, CosDoc document) {
+CosObj CopyOfArray(CosObj source, CosDoc document, CopyBudget& budget) {
   const CosObj copy = CosNewArray(document, CosObjIsIndirect(source), 0);
-  DeepCopyArray(source, copy);
+  DeepCopyArray(source, copy, budget);
   return copy;
 }
 
 /// Copies one entry; whether the source has it.
-bool Copy(const Entry& entry, const AcroFormField& source, AcroFormField& target) {
+bool Copy(const Entry& entry, const AcroFormField& source, AcroFormField& target, CopyBudget& budget) {
   std::string text;
   std::int32_t number = 0;
   CosObj object;
@@ -70,11 +69,11 @@ bool Copy(const Entry& entry, const AcroFormField& source, AcroFormField& target
       return true;
     case Crossing::Dictionary:
       if (!source.ReadObject(entry.owner, entry.key, CosDict, object)) return false;
-      target.WriteObject(entry.owner, entry.key, CopyOfDictionary(object, CosObjGetDoc(target.Object())));
+      target.WriteObject(entry.owner, entry.key, CopyOfDictionary(object, CosObjGetDoc(target.Object()), budget));
       return true;
     case Crossing::Array:
       if (!source.ReadObject(entry.owner, entry.key, CosArray, object)) return false;
-      target.WriteObject(entry.owner, entry.key, CopyOfArray(object, CosObjGetDoc(target.Object())));
+      target.WriteObject(entry.owner, entry.key, CopyOfArray(object, CosObjGetDoc(target.Object()), budget));
       return true;
   }
   return false;
@@ -86,25 +85,25 @@ std::string TypeText(const AcroFormField& field) {
   return text;
 }
 
-void CopyCalculationOrder(CosObj source, CosObj target) {
+void CopyCalculationOrder(CosObj source, CosObj target, CopyBudget& budget) {
   if (CosDictKnownKeyString(source, "CO") == 0) return;
   if (CosDictKnownKeyString(target, "CO") == 1) CosDictRemoveKeyString(target, "CO");
-  CosDictPutKeyString(target, "CO", CopyOfArray(CosDictGetKeyString(source, "CO"), CosObjGetDoc(target)));
+  CosDictPutKeyString(target, "CO", CopyOfArray(CosDictGetKeyString(source, "CO"), CosObjGetDoc(target), budget));
 }
 
 /// Adds the resources of one kind that the target lacks.
-void AddResources(CosObj source, CosObj target, const char* kind) {
+void AddResources(CosObj source, CosObj target, const char* kind, CopyBudget& budget) {
   if (CosDictKnownKeyString(source, kind) == 0 || CosDictKnownKeyString(target, kind) == 0) return;
-  DeepCopyDictionary(CosDictGetKeyString(source, kind), CosDictGetKeyString(target, kind), KnownKeys::Keep);
+  DeepCopyDictionary(CosDictGetKeyString(source, kind), CosDictGetKeyString(target, kind), KnownKeys::Keep, budget);
 }
 
-void CopyResources(CosObj source, CosObj target) {
+void CopyResources(CosObj source, CosObj target, CopyBudget& budget) {
   if (CosDictKnownKeyString(source, "DR") == 0) return;
   const CosObj sourceResources = CosDictGetKeyString(source, "DR");
   const CosObj targetResources = CosDictGetKeyString(target, "DR");
   if (CosObjGetType(targetResources) != CosDict) return;  // a form without resources of its own gets none
-  AddResources(sourceResources, targetResources, "Font");
-  AddResources(sourceResources, targetResources, "Encoding");
+  AddResources(sourceResources, targetResources, "Font", budget);
+  AddResources(sourceResources, targetResources, "Encoding", budget);
 }
 
 void CopySignatureFlags(CosObj source, CosObj target) {
@@ -147,8 +146,8 @@ void AcroFormSync::Run(PDDoc target, PDDoc source) {
   const CosObj targetForm = FindForm(target);
   const CosObj sourceForm = FindForm(source);
   if (CosObjGetType(targetForm) != CosDict || CosObjGetType(sourceForm) != CosDict) return;
-  CopyCalculationOrder(sourceForm, targetForm);
-  CopyResources(sourceForm, targetForm);
+  CopyCalculationOrder(sourceForm, targetForm, budget_);
+  CopyResources(sourceForm, targetForm, budget_);
   CopySignatureFlags(sourceForm, targetForm);
 }
 
@@ -178,7 +177,7 @@ void AcroFormSync::SynchronisePair(const FieldPair& pair) {
   log_.str({});
   log_.clear();
   for (const Entry& entry : kEntries) {
-    if (Copy(entry, *pair.source, *pair.target)) log_ << '/' << entry.key << " modified" << std::endl;
+    if (Copy(entry, *pair.source, *pair.target, budget_)) log_ << '/' << entry.key << " modified" << std::endl;
   }
 }
 

@@ -1,11 +1,13 @@
 #pragma once
 
+#include <cstdint>
 #include <memory>
 #include <sstream>
 #include <utility>
 #include <vector>
 
 #include "src/forms/AcroFormField.h"
+#include "src/forms/CosDeepCopy.h"
 
 namespace tgx::acroform {
 
@@ -14,6 +16,11 @@ class AcroFormTree;
 /// Copies the settings, values and appearances of the form fields of one document to the fields of the same name of another.
 class AcroFormSync {
  public:
+  /// Room for the largest forms, fonts included; a bound only for those that refer to the same values again and again.
+  static constexpr std::int64_t kMostCopies = 10'000'000;
+
+  explicit AcroFormSync(std::int64_t mostCopies = kMostCopies) : budget_(mostCopies) {}
+
   /// Writes into `target` only. Fields without a partner stay as they are; none is added or removed.
   void Run(PDDoc target, PDDoc source);
 
@@ -28,6 +35,7 @@ class AcroFormSync {
   void PairKids(const AcroFormField& source, const AcroFormField& target);
   void SynchronisePair(const FieldPair& pair);
 
+  CopyBudget budget_;
   std::vector<FieldPair> pairs_;
   std::vector<std::unique_ptr<AcroFormField>> kids_;  ///< the fields made for pairs of kids
   std::ostringstream log_;                            ///< what was copied for the pair at hand; nobody reads it

@@ -1,5 +1,7 @@
 #include "src/forms/CosDeepCopy.h"
 
+#include <stdexcept>
+
 #include "src/forms/CosEntries.h"
 
 namespace tgx::acroform {
@@ -7,7 +9,8 @@ namespace {
 
 /// A value in the making: arrays and dictionaries are made empty and filled by a second step, since a dictionary stores them
 /// first and an array last.
-CosObj NewValue(CosDoc document, CosObj source) {
+CosObj NewValue(CosDoc document, CosObj source, CopyBudget& budget) {
+  budget.SpendOne();
   const ASBool indirect = CosObjIsIndirect(source);
   switch (CosObjGetType(source)) {
     case CosInteger:
@@ -29,7 +32,7 @@ CosObj NewValue(CosDoc document, CosObj source) {
       return CosNewDict(document, indirect, 0);
     case CosStream: {
       const CosObj attributes = CosNewDict(document, 0, 0);
-      DeepCopyDictionary(CosStreamDict(source), attributes, KnownKeys::Overwrite);
+      DeepCopyDictionary(CosStreamDict(source), attributes, KnownKeys::Overwrite, budget);
       const ASStm data = CosStreamOpenStm(source, cosOpenRaw);
       const CosObj copy = CosNewStream(document, 1, data, 0, 0, attributes, CosNewNull(), -1);
       ASStmClose(data);
@@ -40,15 +43,19 @@ CosObj NewValue(CosDoc document, CosObj source) {
   }
 }
 
-void FillValue(CosObj source, CosObj copy, KnownKeys knownKeys) {
+void FillValue(CosObj source, CosObj copy, KnownKeys knownKeys, CopyBudget& budget) {
   const ASInt32 type = CosObjGetType(source);
-  if (type == CosArray) DeepCopyArray(source, copy);
-  if (type == CosDict) DeepCopyDictionary(source, copy, knownKeys);
+  if (type == CosArray) DeepCopyArray(source, copy, budget);
+  if (type == CosDict) DeepCopyDictionary(source, copy, knownKeys, budget);
 }
 
 }  // namespace
 
-void DeepCopyDictionary(CosObj source, CosObj destination, KnownKeys knownKeys) {
+void CopyBudget::SpendOne() {
+  if (left_-- <= 0) throw std::runtime_error("the second form refers to the same values too often to copy them all");
+}
+
+void DeepCopyDictionary(CosObj source, CosObj destination, KnownKeys knownKeys, CopyBudget& budget) {
   if (CosObjGetType(source) != CosDict || CosObjGetType(destination) != CosDict) return;
   const ASAtom parent = ASAtomFromString("P");
   for (const auto& [key, value] : EntriesOf(source)) {
@@ -59,19 +66,19 @@ void DeepCopyDictionary(CosObj source, CosObj destination, KnownKeys knownKeys) 
       CosDictRemove(destination, key);
       CosObjDestroy(old);
     }
-    const CosObj copy = NewValue(CosObjGetDoc(destination), value);
+    const CosObj copy = NewValue(CosObjGetDoc(destination), value, budget);
     CosDictPut(destination, key, copy);
-    FillValue(value, copy, knownKeys);
+    FillValue(value, copy, knownKeys, budget);
   }
 }
 
-void DeepCopyArray(CosObj source, CosObj destination) {
+void DeepCopyArray(CosObj source, CosObj destination, CopyBudget& budget) {
   if (CosObjGetType(source) != CosArray || CosObjGetType(destination) != CosArray) return;
   const ASInt32 count = CosArrayLength(source);
   for (ASInt32 i = 0; i < count; ++i) {
     const CosObj item = CosArrayGet(source, i);
-    const CosObj copy = NewValue(CosObjGetDoc(destination), item);
-    FillValue(item, copy, KnownKeys::Overwrite);
+    const CosObj copy = NewValue(CosObjGetDoc(destination), item, budget);
+    FillValue(item, copy, KnownKeys::Overwrite, budget);
     CosArrayInsert(destination, CosArrayLength(destination) + 1, copy);
   }
 }

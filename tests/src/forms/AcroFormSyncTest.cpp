@@ -1,8 +1,10 @@
 #include <cstdio>
 #include <fstream>
+#include <stdexcept>
 
 #include <gtest/gtest.h>
 
+#include "src/forms/AcroFormSync.h"
 #include "tests/support/DataFiles.h"
 #include "tests/support/Hosts.h"
 #include "tests/support/OpenDocument.h"
@@ -322,6 +324,32 @@ TEST_F(AcroFormSync, CopiesManyValuesSideBySide) {
   source_.Text("name").Set("Opt", options + "]");
   EXPECT_EQ(Synchronise(), test::kSuccess);
   EXPECT_EQ(Field().getKey("/Opt").getArrayNItems(), 2000);
+}
+
+/// A value that refers to a value twice, which refers to a value twice, and so on: 2^levels copies.
+void AddDoublingOptions(Form& form, int levels) {
+  for (int level = 1; level < levels; ++level) {
+    const std::string next = "$level" + std::to_string(level + 1);
+    form.document.Object("level" + std::to_string(level), "[" + next + " " + next + "]");
+  }
+  form.document.Object("level" + std::to_string(levels), "[1 2]");
+  form.Text("name").Set("Opt", "[$level1]");
+}
+
+TEST_F(AcroFormSync, CopiesValuesThatReferToTheSameOnesTwiceEachTime) {
+  target_.Text("name");
+  AddDoublingOptions(source_, 8);
+  EXPECT_EQ(Synchronise(), test::kSuccess);
+  EXPECT_EQ(Field().getKey("/Opt").getArrayItem(0).getArrayNItems(), 2);
+}
+
+TEST_F(AcroFormSync, StopsWhereCopiesWouldNotEnd) {
+  target_.Text("name");
+  AddDoublingOptions(source_, 40);
+  OpenDocument target(target_.document.Write());
+  OpenDocument source(source_.document.Write());
+  const test::HostSession session;
+  EXPECT_THROW(acroform::AcroFormSync(1000).Run(target.Handle(), source.Handle()), std::runtime_error);
 }
 
 TEST_F(AcroFormSync, AddsFontsThatTheTargetLacksAndKeepsItsOwn) {
