@@ -1,6 +1,9 @@
 // Reads two small form documents, synchronises the first with the second, turns its buttons into stamps and saves it. The
 // input is the objects of both, in PDF syntax, with a line "%%%%" between them; object 4 of each is its form, object 3 its
 // page.
+// Ahead of the public headers, which it asks for the forwarders.
+#include "src/api/HostBinding.h"
+
 #include <tgx/embedded_host.h>
 #include <tgx/tgx.h>
 
@@ -10,7 +13,6 @@
 #include <string>
 #include <string_view>
 
-#include "src/api/HostBinding.h"
 #include "src/api/HostException.h"
 #include "src/forms/AcroFormSync.h"
 
