@@ -1,5 +1,6 @@
 #include "host/pdmodel/PageTree.h"
 
+#include <unordered_map>
 #include <vector>
 
 #include <qpdf/QPDFExc.hh>
@@ -10,6 +11,7 @@ namespace tgx::host {
 namespace {
 
 constexpr std::size_t kDeepestTree = 512;
+constexpr std::size_t kMostCopied = 1'000'000;  // entries of pages that stand in several places
 
 HostError Damaged(const std::string& documentName, const char* reason) {
   return {kASDamagedDocument, documentName + ": damaged: " + reason};
@@ -53,6 +55,8 @@ std::unordered_set<const QPDFObject*> CheckedPageTree(QPDF& pdf, const std::stri
   };
   std::unordered_set<const QPDFObject*> tree;
   std::vector<Level> path;
+  std::unordered_map<const QPDFObject*, std::size_t> entriesOf;  // of pages; 0 until it is asked for
+  std::size_t copied = 0;
   const auto add = [&](const QPDFObjectHandle& part) {
     if (!tree.insert(part.getObjectPtr()).second) throw Damaged(documentName, "a part of the page tree stands in it twice");
   };
@@ -73,7 +77,14 @@ std::unordered_set<const QPDFObject*> CheckedPageTree(QPDF& pdf, const std::stri
       continue;
     }
     QPDFObjectHandle kid = level.kids.getArrayItem(level.next++);
-    if (kid.hasKey("/Kids")) enter(kid);
+    if (kid.hasKey("/Kids")) {
+      enter(kid);
+    } else if (const auto [known, isNew] = entriesOf.try_emplace(kid.getObjectPtr(), 0); !isNew) {
+      // qpdf makes a copy of a page for each further place.
+      if (known->second == 0) known->second = kid.getKeys().size() + 1;
+      copied += known->second;
+      if (copied > kMostCopied) throw Damaged(documentName, "its pages stand in too many places");
+    }
   }
   return tree;
 }

@@ -109,6 +109,20 @@ TEST(Pages, ThatStandTwiceInTheTreeAreTwoPages) {
   EXPECT_EQ(Model().PDPageNumFromCosObj(second), 1);
 }
 
+TEST(Pages, ThatWouldBeCopiedEndlesslyAreRefused) {
+  std::string kids, entries;
+  for (int i = 0; i < 20'000; ++i) {
+    kids += "10 0 R ";
+    entries += "/K" + std::to_string(i) + " 1 ";
+  }
+  EXPECT_EQ(
+      RaisedCode([&] {
+        HostDocument::FromObjects("<< /Type /Catalog /Pages 2 0 R >>\nendobj\n2 0 obj\n<< /Type /Pages /Count 1 /Kids [" +
+                                  kids + "] >>\nendobj\n10 0 obj\n<< /Type /Page /Parent 2 0 R " + entries + ">>");
+      }),
+      kASDamagedDocument);
+}
+
 TEST(Pages, ThatAreNoDictionariesAreLeftOut) {
   HostDocument document = HostDocument::FromObjects(
       "<< /Type /Catalog /Pages 2 0 R >>\nendobj\n2 0 obj\n<< /Type /Pages /Count 4 /Kids [99 0 R 11 0 R 10 0 R] >>\n"
