@@ -16,6 +16,9 @@
 namespace tgx::tool {
 namespace {
 
+/// An empty name is a shell variable that was not set.
+std::string IsNamed(const std::string& file) { return file.empty() ? "the name of the file is empty" : ""; }
+
 struct PasswordOptions {
   std::string text;
   std::string file;
@@ -25,6 +28,7 @@ struct PasswordOptions {
     textGiven = command.add_option("--password", text, "password of INPUT")->type_name("TEXT");
     command.add_option("--password-file", file, "file with the password in its first line")
         ->type_name("FILE")
+        ->check(IsNamed)
         ->excludes(textGiven);
   }
   std::optional<std::string> Get() const {
@@ -44,7 +48,7 @@ void AddWorkOptions(CLI::App& command, WorkOptions& options, PasswordOptions& pa
   command.add_flag("--keep-going", options.keepGoing, "go on after a step that failed, and save");
   password.AddTo(command);
   command.add_flag("--json", options.json, "report as JSON");
-  command.add_flag("--quiet", options.quiet, "no report, no progress");
+  command.add_flag("--quiet", options.quiet, "no report, no progress, no warnings");
   command.add_flag("--linearize", options.save.linearize, "lay the file out for reading over a network");
   command.add_flag("--deterministic", options.save.deterministic, "same input, same bytes; not for encrypted output");
   command.add_flag("--decrypt", options.save.decrypt, "write without the encryption of INPUT, which is kept otherwise");
@@ -76,10 +80,16 @@ CLI::App& AddFix(CLI::App& app, FixOptions& options, PasswordOptions& password) 
   CLI::App& command = *app.add_subcommand("fix", "Repair a document: all steps that apply, in the order that fits them");
   AddFiles(command, options);
   FixChoices& choices = options.choices;
-  command.add_option("--styles", choices.styles, "the style names, for style-names")->type_name("STYLES.xml");
-  command.add_option("--toc", choices.contents, "the table of contents, for toc")->type_name("TOC.xml");
-  command.add_option("--tables", choices.tables, "the kinds of the tables, for layout-tables")->type_name("TABLES.tsv");
-  command.add_option("--forms", choices.form, "the form to take over from, for sync-forms")->type_name("FORM.pdf");
+  command.add_option("--styles", choices.styles, "the style names, for style-names")
+      ->type_name("STYLES.xml")
+      ->check(IsNamed);
+  command.add_option("--toc", choices.contents, "the table of contents, for toc")->type_name("TOC.xml")->check(IsNamed);
+  command.add_option("--tables", choices.tables, "the kinds of the tables, for layout-tables")
+      ->type_name("TABLES.tsv")
+      ->check(IsNamed);
+  command.add_option("--forms", choices.form, "the form to take over from, for sync-forms")
+      ->type_name("FORM.pdf")
+      ->check(IsNamed);
   command.add_option("--skip", choices.skip, "steps to leave out")
       ->delimiter(',')
       ->type_name("STEP,...")

@@ -20,7 +20,10 @@ namespace {
 std::string WithoutName(const std::string& path, const std::string& text) {
   const std::string name = OneLine(path);
   std::string line = OneLine(text);
-  if (line.starts_with(name + ": ")) return line.substr(name.size() + 2);
+  for (const std::string_view sign : {": ", ", "}) {
+    if (line.starts_with(name + std::string(sign))) return line.substr(name.size() + 2);
+  }
+  if (line.starts_with(name + " (")) return line.substr(name.size() + 1);
   if (!line.starts_with("...")) return line;
   for (std::size_t end = line.find(": "); end != std::string::npos; end = line.find(": ", end + 1)) {
     if (name.ends_with(line.substr(3, end - 3))) return line.substr(end + 2);
@@ -95,7 +98,7 @@ void Document::TellWarnings() {
   const std::size_t count = TGXHost_WarningCount(handle_);
   for (; warningsTold_ < count; ++warningsTold_) {
     if (warningsTold_ == kMostWarnings) {
-      Warn(path_ + ": " + std::to_string(count - kMostWarnings) + " more warnings of damage; qpdf --check tells all");
+      Warn(path_ + ": " + std::to_string(count - kMostWarnings) + " more warnings of damage");
       warningsTold_ = count;
       return;
     }
@@ -118,7 +121,11 @@ void Document::Save(const std::string& path, const SaveChoices& choices) {
   options.linearize = choices.linearize ? 1 : 0;
   options.deterministic = choices.deterministic ? 1 : 0;
   options.decrypt = choices.decrypt ? 1 : 0;
-  if (TGXHost_SaveFile(handle_, path.c_str(), &options) != 0) throw Failure(path, HostReason(path));
+  if (TGXHost_SaveFile(handle_, path.c_str(), &options) == 0) return;
+  const std::string reason = HostReason(path);
+  // What is wrong with INPUT comes out when it is written; its name is then all that helps.
+  if (reason != WithoutName(path_, reason)) throw Failure(reason);
+  throw Failure(path, reason);
 }
 
 }  // namespace tgx::tool

@@ -17,7 +17,7 @@ constexpr Step kSteps[] = {
     {kAction, 0, "reshuffle-frames-by-holder", "", "place anchored frames at their anchors, going by the holders"},
     {kAction, 1, "link-contents", "", "describe each link annotation by the text it covers and its target"},
     {kAction, 2, "style-names", "STYLES.xml", "put the style names of STYLES.xml in the place of style identifiers"},
-    {kAction, 3, "cut-text", "", "cut every text element down to its first character, painted gray"},
+    {kAction, 3, "cut-text", "", "cut every text element down to its first character, painted black"},
     {kAction, 4, "sync-forms", "FORM.pdf", "take over settings, values and appearances of form fields from FORM.pdf"},
     {kAction, 5, "toc", "TOC.xml", "build the table of contents"},
     {kAction, 6, "remove-empty-tags", "", "remove structure elements that hold nothing"},

@@ -129,6 +129,17 @@ void KeepMetadata(QPDF& pdf) {
   }
 }
 
+/// qpdf takes over the first identifier of a file, and cannot where that is no string. Encryption goes by it, so only a file
+/// without any loses it here.
+void DropUnusableIdentifier(QPDF& pdf) {
+  QPDFObjectHandle identifier = pdf.getTrailer().getKey("/ID");
+  if (pdf.isEncrypted() || !identifier.isArray() || identifier.getArrayNItems() == 0) return;
+  if (identifier.getArrayItem(0).isString()) return;
+  pdf.getTrailer().removeKey("/ID");
+  pdf.warn(
+      QPDFExc(qpdf_e_damaged_pdf, pdf.getFilename(), "trailer", 0, "the file's identifier is no string: it gets a new one"));
+}
+
 /// Brings the models' edits into the objects that are about to be written.
 void Settle(Document& document, const SaveOptions& options) {
   if (document.From() != nullptr) document.From()->AllowOnePass();
@@ -137,6 +148,7 @@ void Settle(Document& document, const SaveOptions& options) {
   document.Names().Settle();
   document.Pages().Refresh();
   KeepMetadata(document.Pdf());
+  DropUnusableIdentifier(document.Pdf());
   if (!options.decrypt) KeepEncryption(document.Pdf(), document.Name());
 }
 

@@ -1,6 +1,7 @@
 #include "host/core/HostError.h"
 #include "host/pdsedit/IdTree.h"
 #include "host/pdsedit/ParentTree.h"
+#include "host/pdsedit/StructureReader.h"
 #include "host/pdsedit/StructureTree.h"
 #include "host/pdsedit/TreeContents.h"
 
@@ -17,6 +18,8 @@ void StructureTree::PrepareForSaving() {
     return;
   }
   if (root_ != kNoNode) {
+    // Edits can put elements into so many places, or so deep, that the saved tree could not be walked again.
+    CheckForSaving(*nodes_, root_);
     SettleParents(*this);
     WriteQueued();
     const TreeContents contents = CollectContents(*this);

@@ -17,6 +17,11 @@ class StructureCheck {
     while (!path_.empty()) Step();
   }
 
+  /// Whether a reader that knows only what was met would refuse what lies below.
+  void RequireReadable(NodeId id) const {
+    if (marks_[id].visits > MostWithSharing(met_)) FailSharing(id);
+  }
+
  private:
   struct Mark {
     ASUns32 height = 0;  ///< levels from here down; 0 as long as it is not known
@@ -31,6 +36,7 @@ class StructureCheck {
   void Enter(NodeId id) {
     marks_[id].onPath = true;
     marks_[id].visits = 1;
+    ++met_;
     path_.push_back({id, 0});
     if (path_.size() > kDeepestLevel + (nodes_[path_.front().id].isRoot ? 1 : 0)) FailTooDeep(id);
   }
@@ -49,6 +55,7 @@ class StructureCheck {
         Add(frame.id, mark);
       } else {
         ++marks_[frame.id].visits;
+        ++met_;
       }
       ++frame.nextKid;
     }
@@ -59,10 +66,11 @@ class StructureCheck {
     Mark& mark = marks_[parent];
     mark.height = std::max(mark.height, kid.height);
     mark.visits += kid.visits;
-    if (mark.visits > MostWithSharing(std::uint64_t{nodes_.Count()} + nodes_.ItemCount())) {
-      throw HostError(kASDamagedDocument,
-                      NameOf(nodes_[parent]) + " holds elements in so many places that it cannot be walked");
-    }
+    if (mark.visits > MostWithSharing(std::uint64_t{nodes_.Count()} + nodes_.ItemCount())) FailSharing(parent);
+  }
+
+  [[noreturn]] void FailSharing(NodeId id) const {
+    throw HostError(kASDamagedDocument, NameOf(nodes_[id]) + " holds elements in so many places that it cannot be walked");
   }
 
   void Leave(NodeId id) {
@@ -81,11 +89,18 @@ class StructureCheck {
   const NodeStore& nodes_;
   std::vector<Mark> marks_;
   std::vector<Frame> path_;
+  std::uint64_t met_ = 0;  ///< nodes and other kids, each once
 };
 
 }  // namespace
 
 void CheckBelow(const NodeStore& nodes, NodeId start) { StructureCheck(nodes).Start(start); }
+
+void CheckForSaving(const NodeStore& nodes, NodeId root) {
+  StructureCheck check(nodes);
+  check.Start(root);
+  check.RequireReadable(root);
+}
 
 void CheckAll(const NodeStore& nodes) {
   StructureCheck check(nodes);

@@ -42,7 +42,10 @@ constexpr ASUns32 kDeepestLevel = 512;
 /// elements that stand in several places make a walk out of all proportion to the number of elements and other kids.
 void CheckBelow(const NodeStore& nodes, NodeId start);
 
-/// The same for everything that the store knows.
+/// The same for a tree that is to be read again, by a reader that does not know what has left it.
+void CheckForSaving(const NodeStore& nodes, NodeId root);
+
+/// The same as CheckBelow for everything that the store knows.
 void CheckAll(const NodeStore& nodes);
 
 }  // namespace tgx::host

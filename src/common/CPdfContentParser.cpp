@@ -1,7 +1,5 @@
 #include "src/common/CPdfContentParser.h"
 
-#include <array>
-
 #include "src/api/HostException.h"
 #include "src/common/ObjectBits.h"
 #include "src/common/TextEncoding.h"
@@ -13,7 +11,7 @@ namespace {
 /// font. Ends at a character without a font or with one that has no ToUnicode map.
 std::u16string ReadText(PDEText text) {
   std::u16string units;
-  std::array<ASUns8, 10> code = {};  // no code of a font is longer than four bytes
+  ByteVector code;
   ByteVector translation;
   PDEFont known = nullptr;
   const ASInt32 count = PDETextGetNumChars(text);
@@ -22,7 +20,9 @@ std::u16string ReadText(PDEText text) {
     if (font == nullptr) break;
     if (font != known && (PDEFontGetCreateNeedFlags(font) & kPDEFontCreateToUnicode) != 0) break;
     known = font;
-    const ASInt32 size = PDETextGetText(text, kPDETextChar, index, code.data());
+    const ASInt32 size = PDETextGetText(text, kPDETextChar, index, nullptr);
+    code.resize(static_cast<std::size_t>(size));
+    PDETextGetText(text, kPDETextChar, index, code.data());
     if (size == 1) {
       units.push_back(code[0]);
     } else if (size > 1) {

@@ -1,6 +1,7 @@
 #include "src/common/CPdfStructureParser.h"
 
 #include <algorithm>
+#include <stdexcept>
 
 #include "src/api/HostException.h"
 #include "src/common/StructureUtils.h"
@@ -134,7 +135,7 @@ void CPdfStructureParser::AppendAlt(CosObj element) {
   linkText_ += u' ';
 }
 
-void CPdfStructureParser::WriteLinkText(CosObj annotation) const {
+void CPdfStructureParser::WriteLinkText(CosObj annotation) {
   if (!IsAnnotation(annotation) || !TakesContents(annotation)) return;
   std::u16string target;
   actions_.Describe(annotation, target);
@@ -143,6 +144,8 @@ void CPdfStructureParser::WriteLinkText(CosObj annotation) const {
   AppendUtf16Bytes(linkText_, contents);
   AppendUtf16Bytes(target, contents);
   contents.insert(contents.end(), 2, 0);
+  if (contents.size() > bytesLeft_) throw std::runtime_error("the texts of the links are longer than 256 MiB in all");
+  bytesLeft_ -= contents.size();
   CosDictPutKeyString(annotation, "Contents",
                       CosNewString(CosObjGetDoc(annotation), 0, reinterpret_cast<const char*>(contents.data()),
                                    static_cast<ASTArraySize>(contents.size())));

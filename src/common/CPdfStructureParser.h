@@ -43,7 +43,7 @@ class CPdfStructureParser : public CPdfDocument {
 
   void AppendAlt(CosObj element);
   void EndElement();
-  void WriteLinkText(CosObj annotation) const;
+  void WriteLinkText(CosObj annotation);
 
   std::map<std::string_view, Handler> handlers_;
   std::vector<PDSMCInfo> kids_;  // on the way from the top to the kid at hand
@@ -52,6 +52,8 @@ class CPdfStructureParser : public CPdfDocument {
   std::vector<CosObj> links_;  // that are open
   std::u16string linkText_;
   std::vector<CosObj> annotations_;  // that wait for the text
+  // What may still be written: links that stay open give each of their annotations all of the text that was gathered.
+  std::size_t bytesLeft_ = 256U << 20U;
 };
 
 }  // namespace tgx

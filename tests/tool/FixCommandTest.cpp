@@ -298,7 +298,16 @@ TEST_F(FixCommand, WarnsOfADamagedFileInAFewLinesThatNameIt) {
     const ProcessResult result = Tool(command).In(folder_.Path()).Run();
     EXPECT_EQ(result.status, 0) << result.err;
     EXPECT_THAT(result.err, StartsWith("tgx: warning: in.pdf")) << command.front();
+    EXPECT_EQ(result.err.find("in.pdf: in.pdf"), std::string::npos) << result.err;
     EXPECT_LE(std::count(result.err.begin(), result.err.end(), '\n'), 11);
+  }
+}
+
+TEST_F(FixCommand, RefusesFilesWithoutAName) {
+  for (const char* option : {"--styles", "--toc", "--tables", "--forms", "--password-file"}) {
+    const ProcessResult result = Tool({"fix", "in.pdf", "-o", "out.pdf", option, ""}).In(folder_.Path()).Run();
+    EXPECT_EQ(result.status, 1);
+    EXPECT_EQ(result.err, Message(std::string(option) + ": the name of the file is empty; see tgx --help"));
   }
 }
 

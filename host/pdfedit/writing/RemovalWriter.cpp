@@ -117,7 +117,8 @@ void ContentWriter::BeginGoneText(const ContentReader& op) {
 
 void ContentWriter::SaveInGone(const ContentReader& op) {
   Keep(op);
-  if (state_.IsInText()) return;
+  // The Q of one that stays must not take off an outer one.
+  if (state_.IsInText()) return saves_.clear();
   CopyTo(op.Begin());
   saves_.push_back(out_.size());
 }

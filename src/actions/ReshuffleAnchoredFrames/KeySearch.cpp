@@ -2,8 +2,10 @@
 
 namespace tgx {
 
-KeySearch::KeySearch(const std::vector<std::string_view>& keys) : nodes_(1) {
-  for (std::size_t index = 0; index < keys.size(); ++index) Add(keys[index], index);
+KeySearch::KeySearch(const std::vector<std::string_view>& keys, std::size_t longestText) : nodes_(1) {
+  for (std::size_t index = 0; index < keys.size(); ++index) {
+    if (keys[index].size() <= longestText) Add(keys[index], index);
+  }
   Link();
 }
 

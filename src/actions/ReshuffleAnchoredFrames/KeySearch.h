@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstddef>
 #include <cstdint>
 #include <map>
 #include <string_view>
@@ -11,7 +12,11 @@ namespace tgx {
 /// of Aho and Corasick).
 class KeySearch {
  public:
-  explicit KeySearch(const std::vector<std::string_view>& keys);
+  /// No text that is looked into may be longer than `longestText`; longer keys then take no room.
+  KeySearch(const std::vector<std::string_view>& keys, std::size_t longestText);
+
+  /// What the keys take.
+  std::size_t NodeCount() const { return nodes_.size(); }
 
   /// The indices of the keys that stand in the text, in no order. The empty key stands in every text.
   std::vector<std::size_t> KeysIn(std::string_view text);

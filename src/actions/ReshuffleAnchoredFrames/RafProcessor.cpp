@@ -139,7 +139,9 @@ void RafProcessor::Relocate(const std::vector<AnchorEntry>& anchors) {
   std::vector<std::string_view> keys;
   keys.reserve(anchors.size());
   for (const AnchorEntry& anchor : anchors) keys.push_back(KeyOf(anchor.alt));
-  KeySearch search(keys);
+  std::size_t longestStart = 0;
+  for (const FrameRecord& frame : frames_) longestStart = std::max(longestStart, frame.startAlt.size());
+  KeySearch search(keys, longestStart);
   std::vector<std::vector<const FrameRecord*>> framesOf(anchors.size());
   for (const FrameRecord& frame : frames_) {
     for (const std::size_t anchor : search.KeysIn(View(frame.startAlt))) framesOf[anchor].push_back(&frame);

@@ -34,6 +34,11 @@ TEST(Removal, TakesOutASaveAndRestoreThatPaintNothingAnyMore) {
   EXPECT_EQ(Without("1 w /P BMC q 1 0 0 rg 5 0 0 5 0 0 cm /Im Do q /Fm Do Q Q EMC 2 w", {0}), "1 w 2 w");
 }
 
+TEST(Removal, KeepsSavesAndRestoresInPairsAroundASaveInsideText) {
+  EXPECT_EQ(Without("q 2 0 0 2 0 0 cm /P BMC q BT q 1 w (a) Tj ET Q Q EMC /Im Do Q", {0}),
+            "q 2 0 0 2 0 0 cm q BT q 1 w ET Q Q /Im Do Q");
+}
+
 TEST(Removal, KeepsASaveThatIsRestoredOutside) {
   EXPECT_EQ(Without("/P BMC q 5 0 0 5 0 0 cm /Im Do EMC /Fm Do Q", {0}), "q 5 0 0 5 0 0 cm /Fm Do Q");
 }

@@ -16,6 +16,7 @@
 #include "host/pdmodel/Document.h"
 #include "tests/host/pdmodel/FileTest.h"
 #include "tests/support/Paths.h"
+#include "tests/support/TestDocument.h"
 
 namespace tgx::host {
 namespace {
@@ -217,6 +218,19 @@ TEST_F(Save, GivesAnotherIdEachTimeWhenNotDeterministic) {
   const Opened doc(Sample("handbook.pdf"));
   ASSERT_EQ(SaveTo(doc, Path("a.pdf")), 0);
   EXPECT_NE(id(Path("a.pdf")), id(Sample("handbook.pdf")));
+}
+
+TEST_F(Save, GivesANewIdToAFileWhoseOwnIsNoString) {
+  test::TestDocument source;
+  source.AddPage();
+  std::string bytes = source.Write();
+  const std::size_t trailer = bytes.rfind("/ID [<");
+  ASSERT_NE(trailer, std::string::npos);
+  const std::size_t first = bytes.find('<', trailer);
+  bytes.replace(first, bytes.find('>', first) + 1 - first, "null");
+  const Opened doc(Put("in.pdf", bytes));
+  ASSERT_EQ(SaveTo(doc, Path("out.pdf")), 0) << TGXHost_LastError();
+  EXPECT_TRUE(ReadWithQpdf(Path("out.pdf"))->getTrailer().getKey("/ID").getArrayItem(0).isString());
 }
 
 TEST_F(Save, RefusesADeterministicEncryptedFile) {

@@ -32,6 +32,17 @@ struct SweptOperation {
 
 void PrintTo(const SweptOperation& operation, std::ostream* out) { *out << operation.name; }
 
+/// Images of one sample on two pages, on their own and inside marked content.
+std::string WithDummyImages() {
+  TestDocument doc;
+  for (int i = 0; i < 2; ++i) {
+    Page& page = doc.AddPage();
+    page.Add(test::Image(1, 1));
+    doc.Tree({Element("Document")({Element("Figure").Image(page, 1, 1), Element("P").Text(page, "text")})});
+  }
+  return doc.Write();
+}
+
 /// Empty elements on top, in the middle and deep down, beside content of every kind.
 std::string WithEmptyTags() {
   TestDocument doc;
@@ -238,6 +249,10 @@ const SweptOperation kOperations[] = {
     {"RetagLayoutTables", WithTableMetadata, RetagLayoutTables},
     {"ApplyTableMetadata", WithTableMetadata, [](OpenDocument& document) { return document.Action(12); }},
     {"SynchroniseForms", WithForm, SynchroniseForms, {.mayStayOpen = {"documents", "paths"}}},
+    {"RemoveDummyImages",
+     WithDummyImages,
+     [](OpenDocument& document) { return document.Action(13); },
+     {.mayStayOpen = {"pages", "contents"}}},
     {"RemoveEmptyTags", WithEmptyTags, [](OpenDocument& document) { return document.Action(6); }},
     {"MarkEmptyTags", WithEmptyTags, [](OpenDocument& document) { return document.Action(7); }},
 };

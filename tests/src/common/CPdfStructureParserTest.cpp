@@ -87,6 +87,23 @@ class LinkContents : public testing::Test {
   Page& page = AddPage();
 };
 
+TEST_F(LinkContents, EndsWhereWhatManyOpenLinksGatheredWouldFillTheMemory) {
+  // The depth is below 0 after the paragraphs, so the links stay open until the nest brings it back.
+  const std::u16string text(1600, u'x');
+  std::vector<Element> tree;
+  for (int i = 0; i < 5; ++i) tree.emplace_back("P");
+  for (int i = 0; i < 300; ++i) {
+    tree.push_back(Element("Link").Alt(std::u16string_view(text)).Object(page.Annotate("Link")));
+  }
+  Element nest("Span");
+  Element innermost = nest;
+  for (int i = 0; i < 5; ++i) innermost = innermost.AddNew("Span");
+  tree.push_back(nest);
+  doc.Tree(tree);
+  OpenDocument open(doc.Write());
+  EXPECT_EQ(open.Action(kDescribeLinks), test::HardFailure("the texts of the links are longer than 256 MiB in all"));
+}
+
 TEST_F(LinkContents, AreTheTextAndTheTargetInParentheses) {
   EXPECT_THAT(ContentsAfter({Element("P")({Element("Link").Text(page, "here").Object(page.Link(kUri))})}),
               ElementsAre("here(https://example.org/)"));

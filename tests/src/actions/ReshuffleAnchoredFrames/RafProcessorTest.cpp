@@ -1,7 +1,9 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <stdexcept>
 #include <string>
+#include <vector>
 
 #include "tests/support/Hosts.h"
 #include "tests/support/OpenDocument.h"
@@ -72,6 +74,36 @@ TEST_F(RafProcessorTest, PutsTheFrameBeforeAParagraphThatBeginsWithTheAnchor) {
 TEST_F(RafProcessorTest, PutsTheFrameInFrontOfAllWhereTheFirstParagraphBeginsWithTheAnchor) {
   doc.Tree({Element("Document")({Element("P")({Anchor()}), Element("H1"), Holder()({Start(), Element("H2"), End()})})});
   EXPECT_EQ(TreeAfter(), "Document\n  H2\n  P\n  H1\n");
+}
+
+/// That many anchors, each of which takes each of that many frames.
+std::vector<Element> AnchorsOfAllFrames(int count) {
+  std::vector<Element> anchors;
+  std::vector<Element> frames;
+  for (int i = 0; i < count; ++i) {
+    anchors.push_back(Anchor(u""));
+    frames.insert(frames.end(), {Start(u""), Element("H2"), End(u"")});
+  }
+  return {Element("Document")({Element("P")(anchors)}), Holder()(frames)};
+}
+
+TEST_F(RafProcessorTest, SavesFramesInManyPlacesSoThatTheyCanBeReadAgain) {
+  doc.Tree(AnchorsOfAllFrames(100));
+  const std::string saved = Reshuffle();
+  OpenDocument again(saved);
+  EXPECT_EQ(again.Action(kReshuffleFramesByHolder), kSuccess);
+}
+
+TEST_F(RafProcessorTest, DoesNotSaveFramesInSoManyPlacesThatTheyCouldNotBeReadAgain) {
+  doc.Tree(AnchorsOfAllFrames(350));
+  OpenDocument open(doc.Write());
+  EXPECT_EQ(open.Action(kReshuffleFramesByHolder), kSuccess);
+  try {
+    open.Save();
+    ADD_FAILURE() << "saved";
+  } catch (const std::runtime_error& error) {
+    EXPECT_THAT(error.what(), HasSubstr("in so many places that it cannot be walked"));
+  }
 }
 
 TEST_F(RafProcessorTest, PlacesFramesAtTheTopOfTheTree) {
