@@ -20,6 +20,25 @@ CosObj QuadPoints(CosDoc document, const ASFixedRect& rect) {
   return points;
 }
 
+/// Moves the references to marked content of a page from one element to another. `cosPage` is the page where that is not the
+/// link's: what has the same MCID there is something else.
+void MoveMarkedContent(PDSElement from, PDSElement to, ASInt32 mcid, PDPage linkPage, CosObj cosPage,
+                       const ContainersOfMcid& containersOf) {
+  const bool isElsewhere = CosObjGetType(cosPage) == CosDict && CosObjEqual(cosPage, PDPageGetCosObj(linkPage)) == 0;
+  MoveTaggedMcCmd command;
+  command.page = isElsewhere ? PDDocAcquirePage(PDPageGetDoc(linkPage), PDPageNumFromCosObj(cosPage)) : linkPage;
+  command.source = from;
+  command.destination = to;
+  command.mcid = mcid;
+  std::vector<PDEContainer> containers;
+  if (containersOf) {
+    containers = containersOf(PDPageGetCosObj(command.page), mcid);
+    command.containers = &containers;
+  }
+  command.Execute();
+  if (isElsewhere) PDPageRelease(command.page);
+}
+
 }  // namespace
 
 void PDLinkAnnotHelper::SetAction(PDAction action) { PDLinkAnnotSetAction(GetAnnot(), action); }
@@ -44,17 +63,7 @@ void PDLinkAnnotHelper::WrapKidsInLink(PDSElement element, PDPage page, const Co
     CosObj cosPage = CosNewNull();
     const ASAtom type = PDSElementGetKidEx(element, 0, &kid, &mcid, nullptr, &cosPage);
     if (type == ASAtomFromString("MC")) {
-      MoveTaggedMcCmd command;
-      command.page = page;
-      command.source = element;
-      command.destination = link;
-      command.mcid = mcid;
-      std::vector<PDEContainer> containers;
-      if (containersOf) {
-        containers = containersOf(mcid);
-        command.containers = &containers;
-      }
-      command.Execute();
+      MoveMarkedContent(element, link, mcid, page, cosPage, containersOf);
     } else if (type == ASAtomFromString("OBJR")) {
       PDSElementRemoveKidOBJR(element, kid);
       PDSElementInsertOBJAsKid(link, cosPage, kid, kPDSAfterLast);

@@ -21,7 +21,7 @@ class PDAnnotHelper {
 };
 
 /// The containers of an MCID on a page, in the order in which a walk meets them.
-using ContainersOfMcid = std::function<std::vector<PDEContainer>(ASInt32 mcid)>;
+using ContainersOfMcid = std::function<std::vector<PDEContainer>(CosObj cosPage, ASInt32 mcid)>;
 
 class PDLinkAnnotHelper : public PDAnnotHelper {
  public:
@@ -33,8 +33,9 @@ class PDLinkAnnotHelper : public PDAnnotHelper {
   /// The bytes are written as they stand.
   void SetTitle(const char* text, ASTArraySize byteCount);
   /// Moves every kid of `element` into a new "Link" element, which becomes its one kid and gets, as its own last kid, the
-  /// reference to the annotation. Marked content stays where it is on `page`. A caller that has walked the page tells by
-  /// `containersOf` which containers an MCID has there; without it the page is walked for each kid.
+  /// reference to the annotation. Marked content stays where it is, on `page` or on a page of its own. A caller that has
+  /// walked the pages tells by `containersOf` which containers an MCID has there; without it the page is walked for each
+  /// kid.
   void WrapKidsInLink(PDSElement element, PDPage page, const ContainersOfMcid& containersOf = {});
 };
 

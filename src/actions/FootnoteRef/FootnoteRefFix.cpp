@@ -226,8 +226,8 @@ void FootnoteRefFix::CreateLink(FootnotePart& part, PDPage page, const ASFixedRe
   const int length = std::snprintf(title.data(), title.size(), titleFormat, number);
   link.SetTitle(title.data(), length);
   helper.AddAnnot(kAfterLastAnnotation, link.GetAnnot());
-  const CosObj cosPage = PDPageGetCosObj(page);
-  link.WrapKidsInLink(part.element, page, [&](ASInt32 mcid) { return allMarks_.ContainersOf(cosPage, mcid); });
+  link.WrapKidsInLink(part.element, page,
+                      [this](CosObj cosPage, ASInt32 mcid) { return allMarks_.ContainersOf(cosPage, mcid); });
 }
 
 }  // namespace tgx

@@ -198,6 +198,25 @@ TEST_F(FootnoteLinks, LieOverAllContentOnThePageOfTheFirst) {
   EXPECT_GT(Number(rect, 3), 105);
 }
 
+TEST_F(FootnoteLinks, WrapContentOfANoteThatGoesOnOnAnotherPage) {
+  // The second page counts from 0, too: its first content has the number of the reference's.
+  test::Page& second = document_.AddPage();
+  Element note("Note");
+  const Element reference = Reference(page_, 100, 600);
+  note.Mark(page_, test::Text("a note").At(72, 100)).Mark(second, test::Text("and on").At(10, 10));
+  EXPECT_EQ(Run({reference, note}), test::kSuccess);
+  EXPECT_NE(test::TreeText(saved_).find("Note\n"
+                                        "  Link\n"
+                                        "    mcid 1 page 1\n"
+                                        "    mcr 0 page 2\n"
+                                        "    objr Link page 1\n"),
+            std::string::npos)
+      << test::TreeText(saved_);
+  OpenDocument again(saved_);
+  EXPECT_EQ(again.Action(10), test::kSuccess);
+  EXPECT_EQ(test::SavedTree(again), test::TreeText(saved_));
+}
+
 TEST_F(FootnoteLinks, KeepElementsAndObjectsInTheLinkInTheirOrder) {
   EXPECT_EQ(Run({Reference(page_, 100, 600),
                  Element("Note").Text(page_, "1").Add(Element("P").Text(page_, "a note")).Object(page_.Link("x"))}),
