@@ -5,8 +5,8 @@
 namespace tgx {
 
 /// Cuts page content down: every text element loses all its characters, and for one that had more than one a new text
-/// element with the first of them, painted black, is added to the list that is current. Whether that character is a bullet is
-/// not asked.
+/// element with the first of them, painted black, is added to the list that is current. Whether that character is a bullet
+/// is not asked.
 ///
 /// There is a handler for each kind of element; those that are not defined in the source do nothing.
 class BulletFixer {
