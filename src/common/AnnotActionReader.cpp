@@ -49,7 +49,7 @@ void AnnotActionReader::Describe(CosObj annotation, std::u16string& output) cons
     });
   } catch (const APDFLException::ASExceptionInfo&) {
     // A link that cannot be read is described by its text alone.
-    ASGetExceptionErrorCode();
+    static_cast<void>(ASGetExceptionErrorCode());
   }
   if (!target.empty()) output.append(u"(").append(target).append(u")");
 }

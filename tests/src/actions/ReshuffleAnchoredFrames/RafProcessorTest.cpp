@@ -106,6 +106,23 @@ TEST_F(RafProcessorTest, DoesNotSaveFramesInSoManyPlacesThatTheyCouldNotBeReadAg
   }
 }
 
+TEST_F(RafProcessorTest, PlacesAFrameThatIsAnchoredInAParagraphOfAnother) {
+  doc.Tree({Element("Document")({Element("P")({Element("Span"), Anchor(u"a")})}),
+            Holder()({Start(u"a"), Element("Sect")({Element("H2"), Element("P")({Element("Span"), Anchor(u"b")})}),
+                      End(u"a"), Start(u"b"), Element("H3"), End(u"b")})});
+  EXPECT_EQ(TreeAfter(), "Document\n  P\n    Span\n  H2\n  P\n    Span\n  H3\n");
+}
+
+TEST_F(RafProcessorTest, LeavesNothingOpenButThePagesThatItLookedForContentOn) {
+  doc.Tree({Element("Document")({Element("P").Text(page, "text").Add(Anchor())}),
+            Holder()({Start().Text(page, "start"), Element("H2").Text(page, "two"), End()})});
+  OpenDocument open(doc.Write());
+  test::CountingHost host;
+  const test::HostSession session(host.Tables());
+  ASSERT_EQ(open.Action(kReshuffleFramesByHolder), kSuccess);
+  EXPECT_THAT(host.Uneven(), testing::ElementsAre("contents +1", "pages +1"));
+}
+
 TEST_F(RafProcessorTest, PlacesFramesAtTheTopOfTheTree) {
   doc.Tree({Element("H1"), Element("P")({Element("Span"), Anchor()}), Element("H4"),
             Holder()({Start(), Element("H2"), Element("H3"), End()})});
