@@ -166,6 +166,18 @@ TEST_F(DoubleBullets, ReachesOnlyPairsAmongTheFirstTenPiecesOfContent) {
   EXPECT_EQ(Left("hidden"), 7U) << "five pairs are within reach";
 }
 
+TEST_F(DoubleBullets, ReachesNoFurtherThanTheContentThatIsLeft) {
+  const auto text = [this] { return Element("P").Text(page_, "text"); };
+  Repair({text(), Element("Lbl")({Hidden(), Visible()})});
+  EXPECT_EQ(Left("hidden"), 1U) << "of three pieces, two are left from the second on";
+}
+
+TEST_F(DoubleBullets, ReachesAPairWithEnoughContentBehindIt) {
+  const auto text = [this] { return Element("P").Text(page_, "text"); };
+  Repair({text(), Element("Lbl")({Hidden(), Visible()}), text()});
+  EXPECT_EQ(Left("hidden"), 0U);
+}
+
 TEST_F(DoubleBullets, FailsWithoutATextForADocumentWithoutAStructureTree) {
   OpenDocument open(document_.Write());
   EXPECT_EQ(open.Fixups(kDoubleBullets), test::kSoftFailure);
