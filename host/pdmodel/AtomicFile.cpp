@@ -37,7 +37,7 @@ std::string FollowLinks(const std::string& path) {
     const ssize_t length = ::readlink(target.c_str(), buffer.data(), buffer.size());
     if (length < 0) return target;
     const std::string destination(buffer.data(), static_cast<std::size_t>(length));
-    target = destination.starts_with('/') ? destination : Split(target).folder + "/" + destination;
+    target = destination.starts_with('/') ? destination : Split(target).folder.append("/").append(destination);
   }
   throw FileError(path, kCannotWrite, ELOOP);
 }

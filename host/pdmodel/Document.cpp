@@ -87,12 +87,15 @@ Document& Document::Of(CosObj handle) {
 
 void Document::Close(Document& document) noexcept { Registry()[document.serial_].reset(); }
 
+// Handles are numbers that nobody follows.
+// NOLINTBEGIN(performance-no-int-to-ptr)
 PDDoc Document::Handle() const noexcept { return reinterpret_cast<PDDoc>(Bits(serial_, 0, kDocKind)); }
 CosDoc Document::CosHandle() const noexcept { return reinterpret_cast<CosDoc>(Bits(serial_, 0, kCosDocKind)); }
 
 PDPage PageHandle(const Document& document, ASUns32 index) noexcept {
   return reinterpret_cast<PDPage>(Bits(document.Serial(), index, kPageKind));
 }
+// NOLINTEND(performance-no-int-to-ptr)
 
 ASUns32 PageIndex(PDPage handle) noexcept {
   return static_cast<ASUns32>((reinterpret_cast<std::uintptr_t>(handle) & 0xFFFFFFFFU) >> kIndexShift);

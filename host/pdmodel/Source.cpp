@@ -94,7 +94,7 @@ FileSource::FileSource(FileDescriptor file, std::string name, qpdf_offset_t size
 
 std::string_view FileSource::At(qpdf_offset_t offset) {
   const std::size_t number = static_cast<std::size_t>(offset) / kBlockSize;
-  const auto start = static_cast<qpdf_offset_t>(number * kBlockSize);
+  const qpdf_offset_t start = static_cast<qpdf_offset_t>(number) * static_cast<qpdf_offset_t>(kBlockSize);
   Block& block = blocks_[number % kBlocks];
   char* bytes = bytes_.get() + (number % kBlocks) * kBlockSize;
   if (block.start != start) {

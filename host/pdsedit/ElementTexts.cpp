@@ -32,8 +32,8 @@ ASInt32 CopyText(StructureTree& tree, NodeId element, const std::string& key, AS
   return static_cast<ASInt32>(bytes.size());
 }
 
-void SetText(StructureTree& tree, NodeId element, const std::string& key, std::string bytes) {
-  tree.Nodes()[element].object.replaceKey(key, QPDFObjectHandle::newString(std::move(bytes)));
+void SetText(StructureTree& tree, NodeId element, const std::string& key, const std::string& bytes) {
+  tree.Nodes()[element].object.replaceKey(key, QPDFObjectHandle::newString(bytes));
   tree.Owner().MarkChanged();
 }
 

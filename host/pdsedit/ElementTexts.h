@@ -16,7 +16,7 @@ void SetTypeOfElement(StructureTree& tree, NodeId element, ASAtom type);
 bool HasText(StructureTree& tree, NodeId element, const std::string& key);
 /// The length of the string's stored bytes, which are copied to `buffer` unless that is null; 0 without a string.
 ASInt32 CopyText(StructureTree& tree, NodeId element, const std::string& key, ASUns8* buffer);
-void SetText(StructureTree& tree, NodeId element, const std::string& key, std::string bytes);
+void SetText(StructureTree& tree, NodeId element, const std::string& key, const std::string& bytes);
 void RemoveText(StructureTree& tree, NodeId element, const std::string& key);
 
 }  // namespace tgx::host

@@ -71,11 +71,11 @@ Kid NodeStore::MakeKid(KidKind kind, QPDFObjectHandle item) {
   ASUns32 place = 0;
   if (freeItems_.empty()) {
     place = static_cast<ASUns32>(items_.size());
-    items_.push_back({std::move(item)});
+    items_.push_back({item});
   } else {
     place = freeItems_.back();
     freeItems_.pop_back();
-    items_[place] = {std::move(item)};
+    items_[place] = {item};
   }
   return {kind, place, mcid, page};
 }
