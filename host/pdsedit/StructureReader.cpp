@@ -67,7 +67,7 @@ void StructureReader::AddKid(NodeId id, QPDFObjectHandle item) {
   } else if (node.isRoot) {
     nodes_.StraysOf(id).push_back(std::move(item));
   } else {
-    nodes_.InsertKid(id, node.kids.Size(), nodes_.MakeKid(kind, std::move(item)));
+    nodes_.InsertKid(id, node.kids.Size(), nodes_.MakeKid(kind, item));
   }
 }
 

@@ -5,7 +5,7 @@
 #include <vector>
 
 namespace tinyxml2 {
-class XMLElement;
+class XMLElement;  // NOLINT(cppcoreguidelines-virtual-class-destructor): not ours
 }
 
 namespace tgx {
