@@ -1,5 +1,7 @@
 #include "src/api/Dispatch.h"
 
+#include <string>
+
 #include "src/actions/AttFix/AttFixAction.h"
 #include "src/actions/AttLayoutTableFix/AttLayoutTableFix.h"
 #include "src/actions/BulletFixer/BulletFixer.h"
@@ -46,11 +48,13 @@ int DescribeLinks(PDDoc document, const char*) {
   return TGX_OK;
 }
 
-int RenameStyles(PDDoc document, const char* path) {
+/// For a worker that takes a file and has no verdict.
+template <typename Worker, bool (Worker::*kRun)(const std::string&)>
+int RunWithFile(PDDoc document, const char* path) {
   if (path == nullptr) return TGX_NO_PATH;
-  IDStyleNameFix worker;
+  Worker worker;
   worker.SetDocument(document);
-  worker.Run(path);
+  (worker.*kRun)(path);
   return TGX_OK;
 }
 
@@ -78,15 +82,6 @@ int SynchroniseForms(PDDoc document, const char* path) {
   synchronisation.Run(document, source);
   PDDocClose(source);
   if (name != nullptr) ASFileSysReleasePath(fileSystem, name);
-  return TGX_OK;
-}
-
-/// Without a verdict: what there is no table of contents for stays as it is.
-int BuildContents(PDDoc document, const char* path) {
-  if (path == nullptr) return TGX_NO_PATH;
-  TocProcessorV2 worker;
-  worker.SetDocument(document);
-  worker.LoadMetaData(path);
   return TGX_OK;
 }
 
@@ -143,10 +138,10 @@ bool RunRoleMapFix(PDDoc document) {
 constexpr ActionRow kActions[] = {
     {0, ReshuffleFramesByHolder},
     {1, DescribeLinks},
-    {2, RenameStyles},
+    {2, RunWithFile<IDStyleNameFix, &IDStyleNameFix::Run>},
     {3, CutText},
     {4, SynchroniseForms},
-    {5, BuildContents},
+    {5, RunWithFile<TocProcessorV2, &TocProcessorV2::LoadMetaData>},
     {6, RunWorker<EmptyTagFix>},
     {7, RunWorker<EmptyTagFix, &EmptyTagFix::MarkEmpty>},
     {8, RunWorker<UserAltTextFix>},

@@ -44,7 +44,7 @@ inline std::string AfternoonZone() {
   std::tm utc = {};
   gmtime_r(&now, &utc);
   // The sign of a POSIX time zone counts westward.
-  return "XXX" + std::to_string(utc.tm_hour - 15);
+  return "TST" + std::to_string(utc.tm_hour - 15);
 }
 
 /// A folder of the test's own, gone with it.

@@ -298,12 +298,6 @@ TEST(ParentTree, SurvivesANumberTreeThatHoldsItself) {
   ExpectSound(document.Save());
 }
 
-std::string Repeated(const std::string& text, int count) {
-  std::string result;
-  for (int i = 0; i < count; ++i) result += text;
-  return result;
-}
-
 TEST(ParentTree, LooksOnceAtAListUnderManyNumbers) {
   constexpr int kCount = 100'000;
   TestDocument source;

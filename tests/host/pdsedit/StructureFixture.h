@@ -61,4 +61,10 @@ std::string TypeOf(PDSElement element);
 std::string KidsOf(PDSElement parent);
 std::string TitleOf(PDSElement element);
 
+inline std::string Repeated(const std::string& text, int count) {
+  std::string result;
+  for (int i = 0; i < count; ++i) result += text;
+  return result;
+}
+
 }  // namespace tgx::host::structure

@@ -259,12 +259,6 @@ TEST(DamagedTree, ElementsThatShareTheirKidsLevelByLevelRaise) {
   EXPECT_EQ(CodeOfReading(source), kASDamagedDocument);
 }
 
-std::string Repeated(const std::string& text, int count) {
-  std::string result;
-  for (int i = 0; i < count; ++i) result += text;
-  return result;
-}
-
 TEST(DamagedTree, ElementsThatShareOneLongListOfKidsRaise) {
   constexpr int kCount = 20'000;
   TestDocument source;

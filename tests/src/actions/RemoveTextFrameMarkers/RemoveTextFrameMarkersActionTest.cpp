@@ -3,6 +3,7 @@
 
 #include <string>
 
+#include "tests/support/ActionFixture.h"
 #include "tests/support/HostFailureSweep.h"
 #include "tests/support/Hosts.h"
 #include "tests/support/OpenDocument.h"
@@ -27,20 +28,9 @@ using testing::Not;
 
 constexpr int kRemoveFrameMarkers = 11;
 
-class RemoveTextFrameMarkersTest : public testing::Test {
+class RemoveTextFrameMarkersTest : public test::ActionFixture {
  protected:
-  std::string SavedAfter() {
-    OpenDocument open(doc.Write());
-    EXPECT_EQ(open.Action(kRemoveFrameMarkers), kSuccess);
-    std::string saved = open.Save();
-    test::ExpectSound(saved);
-    return saved;
-  }
-  std::string TreeAfter() { return test::TreeText(SavedAfter()); }
-  std::string ContentAfter(int number = 1) { return ReadBack(SavedAfter()).Content(number); }
-
-  TestDocument doc;
-  Page& page = doc.AddPage();
+  RemoveTextFrameMarkersTest() : ActionFixture(kRemoveFrameMarkers) {}
 };
 
 TEST_F(RemoveTextFrameMarkersTest, RemovesMarkersAndTheirContent) {

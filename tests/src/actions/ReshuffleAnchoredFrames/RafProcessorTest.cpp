@@ -5,6 +5,7 @@
 #include <string>
 #include <vector>
 
+#include "tests/support/ActionFixture.h"
 #include "tests/support/Hosts.h"
 #include "tests/support/OpenDocument.h"
 #include "tests/support/TestDocument.h"
@@ -33,20 +34,9 @@ Element End(const std::u16string& name = u"f") { return Mark(u'\u2265', name); }
 Element Anchor(const std::u16string& name = u"f") { return Mark(u'\u222E', name); }
 Element Holder() { return Element("Sect").Title(u"\u2230"); }
 
-class RafProcessorTest : public testing::Test {
+class RafProcessorTest : public test::ActionFixture {
  protected:
-  std::string Reshuffle() {
-    OpenDocument open(doc.Write());
-    EXPECT_EQ(open.Action(kReshuffleFramesByHolder), kSuccess);
-    std::string saved = open.Save();
-    test::ExpectSound(saved);
-    return saved;
-  }
-  std::string TreeAfter() { return test::TreeText(Reshuffle()); }
-  std::string ContentAfter(int pageNumber = 1) { return ReadBack(Reshuffle()).Content(pageNumber); }
-
-  TestDocument doc;
-  Page& page = doc.AddPage();
+  RafProcessorTest() : ActionFixture(kReshuffleFramesByHolder) {}
 };
 
 TEST_F(RafProcessorTest, PutsTheFrameBehindTheParagraphOfItsAnchor) {
@@ -89,7 +79,7 @@ std::vector<Element> AnchorsOfAllFrames(int count) {
 
 TEST_F(RafProcessorTest, SavesFramesInManyPlacesSoThatTheyCanBeReadAgain) {
   doc.Tree(AnchorsOfAllFrames(100));
-  const std::string saved = Reshuffle();
+  const std::string saved = SavedAfter();
   OpenDocument again(saved);
   EXPECT_EQ(again.Action(kReshuffleFramesByHolder), kSuccess);
 }
@@ -154,7 +144,7 @@ TEST_F(RafProcessorTest, KeepsTheOrderOfFramesOfOneParagraph) {
 TEST_F(RafProcessorTest, DropsAFrameWithoutEndAndErasesItsMarker) {
   doc.Tree({Element("Document")({Element("P").Text(page, "text").Add(Anchor()),
                                  Holder()({Start().Text(page, "start"), Element("H2").Text(page, "two")})})});
-  const std::string saved = Reshuffle();
+  const std::string saved = SavedAfter();
   EXPECT_EQ(test::TreeText(saved), "Document\n  P\n    mcid 0 page 1\n");
   const std::string content = ReadBack(saved).Content(1);
   EXPECT_THAT(content, Not(HasSubstr("(start)")));
@@ -305,7 +295,7 @@ TEST_F(RafProcessorTest, RemovesAnAnchorWithoutAFrame) {
 
 TEST_F(RafProcessorTest, LosesAFrameWithoutAnAnchorFromTheTreeAndKeepsItsContent) {
   doc.Tree({Element("Document")({Element("P"), Holder()({Start(), Element("H1").Text(page, "one"), End()})})});
-  const std::string saved = Reshuffle();
+  const std::string saved = SavedAfter();
   EXPECT_EQ(test::TreeText(saved), "Document\n  P\n");
   EXPECT_THAT(ReadBack(saved).Content(1), HasSubstr("(one)"));
 }
