@@ -6,6 +6,7 @@
 #include "tool/HostCalls.h"
 #include "tool/Marks.h"
 #include "tool/TextString.h"
+#include "tool/ToolSteps.h"
 
 namespace tgx::tool {
 namespace {
@@ -57,7 +58,8 @@ std::string RewrittenText(const std::string& bytes) {
 std::string RewrittenLanguage(const std::string& bytes) {
   const std::string text = bytes.starts_with("\xFE\xFF") ? DecodeTextString(bytes) : Decode(bytes);
   const bool isPlain = std::all_of(text.begin(), text.end(), [](char c) { return c >= ' ' && c < 0x7F; });
-  return isPlain && text != bytes && text.find("[Lang=") != std::string::npos ? text : "";
+  const bool isLanguage = IsLanguageCode(text) || text.find("[Lang=") != std::string::npos;
+  return isPlain && isLanguage && text != bytes ? text : "";
 }
 
 std::size_t RewriteMarkTexts(PDDoc document) {

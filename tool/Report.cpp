@@ -60,7 +60,7 @@ std::string AsText(const RepairSummary& summary) {
   tell("tags renamed", changes.renamed);
   tell("images of 1 by 1 sample removed from the pages", summary.removedImages);
   tell("other content of marks removed from the pages", summary.removedContent);
-  tell("texts of marks written anew as UTF-16", summary.rewrittenTexts);
+  tell("texts of marks and languages written anew", summary.rewrittenTexts);
   for (const CountName& name : kCountNames) {
     const std::size_t before = summary.before[name.what];
     const std::size_t after = summary.after[name.what];

@@ -58,11 +58,18 @@ TEST(RewrittenText, IsNotForTextsThatAreAsTheLibraryReadsThem) {
 TEST(RewrittenLanguage, IsPlainWhateverItsEncoding) {
   EXPECT_EQ(RewrittenLanguage(Utf16(u"[Lang=en-GB]")), "[Lang=en-GB]");
   EXPECT_EQ(RewrittenLanguage("\xEF\xBB\xBF[Lang=de]"), "[Lang=de]");
+  EXPECT_EQ(RewrittenLanguage(Utf16(u"en-GB")), "en-GB");
+  EXPECT_EQ(RewrittenLanguage("\xEF\xBB\xBF"
+                              "de"),
+            "de");
 }
 
-TEST(RewrittenLanguage, IsNotForLanguagesWithoutTheMarkOrThatArePlain) {
+TEST(RewrittenLanguage, IsNotForLanguagesThatArePlainOrNone) {
+  EXPECT_EQ(RewrittenLanguage(""), "");
+  EXPECT_EQ(RewrittenLanguage("de"), "");
   EXPECT_EQ(RewrittenLanguage("[Lang=de]"), "");
-  EXPECT_EQ(RewrittenLanguage(Utf16(u"de")), "");
+  EXPECT_EQ(RewrittenLanguage(Utf16(u"")), "");
+  EXPECT_EQ(RewrittenLanguage(Utf16(u"Deutsch (alt)")), "");
   EXPECT_EQ(RewrittenLanguage(Utf16(u"[Lang=d\u00E9]")), "");
 }
 
@@ -106,6 +113,22 @@ TEST(MarkTexts, AreRewrittenByFix) {
             "    mcid 1 page 1\n"
             "  P title=u\"\\u{2230} not among marks of their own\"\n"
             "    mcid 2 page 1\n");
+}
+
+TEST(MarkTexts, OfLanguagesInUtf16LeaveTheDocumentOneThatReadersKnow) {
+  test::TestDocument document;
+  test::Page& page = document.AddPage();
+  document.Tree(
+      {test::Element("Document")({test::Element("P").Lang(u"de").Mark(page, test::Ops("BT /F1 9 Tf [(a)(b)(c)] TJ ET"))})});
+  page.Add(test::Text("font"));
+  const test::TempFolder folder;
+  folder.Write("in.pdf", document.Write());
+  const test::ProcessResult result = test::Tool({"fix", "in.pdf", "-o", "out.pdf"}).In(folder.Path()).Run();
+  EXPECT_EQ(result.status, 0) << result.err;
+  EXPECT_EQ(test::TreeText(test::ReadFile(folder / "out.pdf")),
+            "Document lang=\"de\"\n"
+            "  P lang=\"de\"\n"
+            "    mcid 0 page 1\n");
 }
 
 TEST(MarkTexts, AreLeftAloneByRun) {
