@@ -105,8 +105,8 @@ const ContentState& PageModel::StateAt(std::uint32_t offset) {
 
 void PageModel::RunTo(std::uint32_t offset) {
   constexpr std::uint32_t kBetweenCheckpoints = 16384;
-  ContentReader reader(std::string_view(bytes_).substr(0, offset), cursor_.offset);
-  while (cursor_.offset < offset && reader.Next()) {
+  ContentReader reader(bytes_, cursor_.offset);
+  while (reader.NextUpTo(offset)) {
     cursor_.state.Apply(reader, resources_);
     if (IsShow(reader.Code())) cursor_.state.AdvanceOver(reader);
     cursor_.offset = static_cast<std::uint32_t>(reader.End());
@@ -122,8 +122,8 @@ const TextLayout& PageModel::OriginalLayout(std::uint32_t text) {
   const Element& element = At(text);
   ContentState state = StateAt(element.begin);
   auto layout = std::make_unique<TextLayout>();
-  ContentReader reader(std::string_view(bytes_).substr(0, element.end), element.begin);
-  while (reader.Next()) {
+  ContentReader reader(bytes_, element.begin);
+  while (reader.NextUpTo(element.end)) {
     state.Apply(reader, resources_);
     if (IsShow(reader.Code())) layout->AddShow(reader, state);
   }

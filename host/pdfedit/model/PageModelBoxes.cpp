@@ -79,8 +79,8 @@ Box PageModel::PathBox(std::uint32_t number) {
   const Element& element = At(number);
   ContentState state = StateAt(element.begin);
   Box box;
-  ContentReader reader(std::string_view(bytes_).substr(0, element.end), element.begin);
-  while (reader.Next()) {
+  ContentReader reader(bytes_, element.begin);
+  while (reader.NextUpTo(element.end)) {
     state.Apply(reader, resources_);
     AddPoints(reader, state.Graphics().ctm, box);
   }

@@ -20,6 +20,10 @@ class ContentReader {
   /// Reads the next operator; false at the end. Operands that no operator follows belong to none.
   bool Next();
 
+  /// Reads the next operator that ends at `offset` or in front of it; false when there is none. A reader of a part of the
+  /// content: one that is given only that part may see other ends of inline images, since it lacks what follows them.
+  bool NextUpTo(std::size_t offset) { return position_ < offset && Next() && end_ <= offset; }
+
   std::string_view Content() const { return content_; }
   Opcode Code() const { return code_; }
   std::size_t Begin() const { return begin_; }      ///< of the first operand, or of the keyword

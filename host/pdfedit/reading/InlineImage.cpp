@@ -94,42 +94,6 @@ std::optional<std::size_t> EndOfSamples(const Entries& entries, std::size_t begi
   return begin + row * entries.height;
 }
 
-std::optional<std::size_t> EndOfDeflated(std::string_view content, std::size_t begin) {
-  z_stream stream{};
-  if (inflateInit(&stream) != Z_OK) return std::nullopt;
-  std::array<unsigned char, 16384> sink{};
-  stream.next_in = reinterpret_cast<Bytef*>(const_cast<char*>(content.data() + begin));
-  stream.avail_in = static_cast<uInt>(std::min<std::size_t>(content.size() - begin, UINT32_MAX));
-  int status = Z_OK;
-  while (status == Z_OK) {
-    stream.next_out = sink.data();
-    stream.avail_out = sink.size();
-    status = inflate(&stream, Z_NO_FLUSH);
-  }
-  const std::size_t used = stream.total_in;
-  inflateEnd(&stream);
-  if (status != Z_STREAM_END) return std::nullopt;
-  return begin + used;
-}
-
-std::optional<std::size_t> EndOfRunLength(std::string_view content, std::size_t at) {
-  constexpr unsigned kEndOfData = 128;
-  while (at < content.size()) {
-    const auto count = static_cast<unsigned char>(content[at]);
-    if (count == kEndOfData) return at + 1;
-    at += count < kEndOfData ? count + 2U : 2U;
-  }
-  return std::nullopt;
-}
-
-std::optional<std::size_t> ExpectedEnd(std::string_view content, const Entries& entries, std::size_t begin) {
-  if (!entries.isFiltered) return EndOfSamples(entries, begin);
-  const std::string& filter = entries.filter;
-  if (filter == "Fl" || filter == "FlateDecode") return EndOfDeflated(content, begin);
-  if (filter == "RL" || filter == "RunLengthDecode") return EndOfRunLength(content, begin);
-  return std::nullopt;
-}
-
 bool EndsOperator(std::string_view content, std::size_t at) {
   return at >= content.size() || IsWhite(content[at]) || IsDelimiter(content[at]);
 }
@@ -154,25 +118,95 @@ bool LooksLikeContent(std::string_view content, std::size_t at) {
   });
 }
 
-/// The first EI that stands alone and is followed by content; one that stands alone; one that only ends like an operator.
-std::optional<std::size_t> SearchEnd(std::string_view content, std::size_t begin) {
+/// Visits every EI that ends like an operator, `visit(position, stands alone, is followed by content)`, until it returns
+/// true.
+template <typename Visit>
+void ForEachEnd(std::string_view content, std::size_t begin, Visit&& visit) {
   // Content full of false ends must not cost a walk to its end for each image.
-  constexpr int kMostCandidates = 256;
-  int candidates = 0;
-  std::optional<std::size_t> alone;
-  std::optional<std::size_t> attached;
+  constexpr int kMostEnds = 256;
+  int ends = 0;
   for (std::size_t at = content.find(kEnd, begin); at != std::string_view::npos; at = content.find(kEnd, at + 1)) {
     if (!EndsOperator(content, at + kEnd.size())) continue;
-    if (++candidates > kMostCandidates) break;
+    if (++ends > kMostEnds) return;
     const bool isAlone = at == begin || IsWhite(content[at - 1]);
-    if (!LooksLikeContent(content, at + kEnd.size())) {
-      if (isAlone && !alone) alone = at;
-      continue;
-    }
-    if (isAlone) return at;
-    if (!attached) attached = at;
+    if (visit(at, isAlone, LooksLikeContent(content, at + kEnd.size()))) return;
   }
+}
+
+/// The first EI that stands alone and is followed by content; one that stands alone; one that only ends like an operator.
+std::optional<std::size_t> SearchEnd(std::string_view content, std::size_t begin) {
+  std::optional<std::size_t> best;
+  std::optional<std::size_t> alone;
+  std::optional<std::size_t> attached;
+  ForEachEnd(content, begin, [&](std::size_t at, bool isAlone, bool isFollowed) {
+    if (isAlone && isFollowed) best = at;
+    if (isAlone && !alone) alone = at;
+    if (isFollowed && !attached) attached = at;
+    return best.has_value();
+  });
+  if (best) return best;
   return alone ? alone : attached;
+}
+
+/// How far compressed data are followed in search of their end.
+struct Reach {
+  std::size_t end;     ///< in the content
+  std::size_t output;  ///< decoded bytes
+};
+
+/// Where following the data fails, the image ends at the first of the ends that SearchEnd chooses from, or behind it, and
+/// the next image may begin there. The reach is a multiple of the way to that place, so that images whose data never end
+/// cost in proportion to the content, not each a walk over the rest of it. It is a multiple since the data may hold what
+/// looks like an end.
+Reach ReachOfData(std::string_view content, std::size_t begin) {
+  constexpr std::size_t kTimes = 32;
+  constexpr std::size_t kLeast = 2048;
+  constexpr std::size_t kMostExpansion = 1032;  // of deflate
+  std::optional<std::size_t> nearest;
+  ForEachEnd(content, begin, [&nearest](std::size_t at, bool isAlone, bool isFollowed) {
+    if (isAlone || isFollowed) nearest = at;
+    return nearest.has_value();
+  });
+  const std::size_t way = nearest.value_or(content.size()) - begin;
+  return {std::min(content.size(), begin + kTimes * way + kLeast), kMostExpansion * way + kLeast};
+}
+
+std::optional<std::size_t> EndOfDeflated(std::string_view content, std::size_t begin) {
+  const Reach reach = ReachOfData(content, begin);
+  z_stream stream{};
+  if (inflateInit(&stream) != Z_OK) return std::nullopt;
+  std::array<unsigned char, 16384> sink{};
+  stream.next_in = reinterpret_cast<Bytef*>(const_cast<char*>(content.data() + begin));
+  stream.avail_in = static_cast<uInt>(std::min<std::size_t>(reach.end - begin, UINT32_MAX));
+  int status = Z_OK;
+  while (status == Z_OK && stream.total_out < reach.output) {
+    stream.next_out = sink.data();
+    stream.avail_out = static_cast<uInt>(std::min<std::size_t>(sink.size(), reach.output - stream.total_out));
+    status = inflate(&stream, Z_NO_FLUSH);
+  }
+  const std::size_t used = stream.total_in;
+  inflateEnd(&stream);
+  if (status != Z_STREAM_END) return std::nullopt;
+  return begin + used;
+}
+
+std::optional<std::size_t> EndOfRunLength(std::string_view content, std::size_t begin) {
+  constexpr unsigned kEndOfData = 128;
+  const std::size_t end = ReachOfData(content, begin).end;
+  for (std::size_t at = begin; at < end;) {
+    const auto count = static_cast<unsigned char>(content[at]);
+    if (count == kEndOfData) return at + 1;
+    at += count < kEndOfData ? count + 2U : 2U;
+  }
+  return std::nullopt;
+}
+
+std::optional<std::size_t> ExpectedEnd(std::string_view content, const Entries& entries, std::size_t begin) {
+  if (!entries.isFiltered) return EndOfSamples(entries, begin);
+  const std::string& filter = entries.filter;
+  if (filter == "Fl" || filter == "FlateDecode") return EndOfDeflated(content, begin);
+  if (filter == "RL" || filter == "RunLengthDecode") return EndOfRunLength(content, begin);
+  return std::nullopt;
 }
 
 }  // namespace

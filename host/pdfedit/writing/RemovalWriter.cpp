@@ -94,8 +94,8 @@ void ContentWriter::VisitGoneText(const ContentReader& op) {
 /// Looks whether the text object ends inside the removed stretch and has nothing that outlives it but text state.
 void ContentWriter::BeginGoneText(const ContentReader& op) {
   bool clips = state_.Graphics().ClipsText();
-  ContentReader ahead(content_.substr(0, goneEnd_), op.End());
-  while (ahead.Next()) {
+  ContentReader ahead(content_, op.End());
+  while (ahead.NextUpTo(goneEnd_)) {
     switch (ahead.Code()) {
       case Opcode::kEndText:
         if (clips) return Keep(op);

@@ -128,5 +128,58 @@ TEST(InlineImages, WithThousandsOfFalseEndsCostLittle) {
   EXPECT_EQ(operators, 200000) << "each image, and the byte behind it";
 }
 
+std::size_t CountImages(const std::string& content) {
+  ContentReader reader(content);
+  std::size_t images = 0;
+  while (reader.Next()) images += reader.Code() == Opcode::kInlineImage ? 1 : 0;
+  return images;
+}
+
+constexpr std::size_t kManyImages = 500'000;  // which would take minutes if each were followed to the end of the content
+
+TEST(InlineImages, WhoseRunsNeverEndCostInProportion) {
+  std::string content;
+  for (std::size_t i = 0; i < kManyImages; ++i) content += "BI /F /RL ID \1\1 EI q Q q Q q Q q Q q Q\n";
+  EXPECT_EQ(CountImages(content), kManyImages);
+}
+
+/// Each image is a stored block behind which the block of an image further on follows.
+TEST(InlineImages, WhoseDeflatedDataNeverEndCostInProportion) {
+  constexpr std::size_t kImagesOfABlock = 500;
+  constexpr std::size_t kBlockHeader = 5;
+  const std::string begin = "BI/F/Fl ID \x78\x01";
+  const std::string end = "\nEI q Q q Q q Q q Q q Q q Q\n";
+  const std::size_t length = kImagesOfABlock * (begin.size() + kBlockHeader + end.size()) - kBlockHeader;
+  ASSERT_LT(length, 0x10000U);
+  std::string header(1, '\0');
+  for (const std::size_t number : {length, ~length}) {
+    header += static_cast<char>(number & 0xFFU);
+    header += static_cast<char>((number >> 8U) & 0xFFU);
+  }
+  std::string content;
+  for (std::size_t i = 0; i < kManyImages; ++i) content += begin + header + end;
+  EXPECT_EQ(CountImages(content), kManyImages);
+}
+
+TEST(InlineImages, AreFollowedPastWhatLooksLikeTheirEnd) {
+  std::string bytes = " EI q Q q Q q Q q Q q Q q Q";
+  bytes.resize(128, 'x');
+  const std::string runs = "\x7F" + bytes + "\x80";
+  EXPECT_EQ(ImageData("BI /F /RL ID " + runs + " EI q"), runs);
+}
+
+/// Where an image ends depends on what stands behind it, so a reader of a part must see the rest as well.
+TEST(InlineImages, EndAtTheSamePlaceForReadersOfAPart) {
+  const std::string content = "BI /F /DCT ID a EI q Q\x80\nEI q Q q Q q Q q Q q Q q Q";
+  ContentReader whole(content);
+  ASSERT_TRUE(whole.Next());
+  EXPECT_EQ(whole.Image().Data(content), "a EI q Q\x80");
+  ContentReader part(content);
+  EXPECT_FALSE(part.NextUpTo(content.find('\x80')));
+  ContentReader same(content);
+  EXPECT_TRUE(same.NextUpTo(whole.End()));
+  EXPECT_FALSE(same.NextUpTo(whole.End()));
+}
+
 }  // namespace
 }  // namespace tgx::host
