@@ -53,6 +53,7 @@ void CosArrayPut(CosObj array, ASInt32 index, CosObj value) {
     for (ASInt32 gap = length; gap < index; ++gap) target.array.appendItem(QPDFObjectHandle::newNull());
     target.array.appendItem(item);
   }
+  target.document.Streams().AfterPut(target.array, index, item);
   target.document.AfterCosEdit(target.array, {});
 }
 
@@ -61,7 +62,9 @@ void CosArrayInsert(CosObj array, ASInt32 pos, CosObj value) {
   CheckIndex(array, pos);
   const QPDFObjectHandle item = ValueFor(array, target.array, value);
   // Callers pass positions past the end to append.
-  target.array.insertItem(std::min(pos, target.array.getArrayNItems()), item);
+  const int index = std::min(pos, target.array.getArrayNItems());
+  target.array.insertItem(index, item);
+  target.document.Streams().AfterPut(target.array, index, item);
   target.document.AfterCosEdit(target.array, {});
 }
 

@@ -47,7 +47,9 @@ void Remove(CosObj dict, std::string_view key) {
 void Put(CosObj dict, std::string_view key, CosObj value) {
   if (IsNull(value)) return Remove(dict, key);
   const Target target(dict, key);
-  DictSet(target.dictionary, key, ValueFor(dict, target.dictionary, value));
+  const QPDFObjectHandle stored = ValueFor(dict, target.dictionary, value);
+  DictSet(target.dictionary, key, stored);
+  target.document.Streams().AfterPut(target.dictionary, key, stored);
   target.document.AfterCosEdit(target.dictionary, key);
 }
 

@@ -35,8 +35,8 @@ QPDFObjectHandle StreamDictionary(const Document& document, CosObj attributes) {
   return dictionary.shallowCopy();  // an indirect or shared dictionary cannot be a stream's own
 }
 
-/// Takes the bytes from `start` on, counted from the present position, off the front of a stream.
-std::string Drain(ByteStream& source, ASInt32 start, ASInt32 length) {
+/// Takes the bytes from `start` on, counted from the present position, off the front of a stream, which keeps them alive.
+std::string_view Drain(ByteStream& source, ASInt32 start, ASInt32 length) {
   const std::string_view rest = source.Rest();
   const auto skipped = static_cast<std::size_t>(std::max(start, 0));
   if (start < 0 || skipped > rest.size())
@@ -47,9 +47,8 @@ std::string Drain(ByteStream& source, ASInt32 start, ASInt32 length) {
     throw HostError(kASBadParameter,
                     "the source stream has not the " + std::to_string(length) + " bytes that are asked for");
   }
-  std::string data(rest.substr(skipped, count));
   source.Skip(skipped + count);
-  return data;
+  return rest.substr(skipped, count);
 }
 
 }  // namespace
@@ -65,7 +64,9 @@ CosObj CosNewStream(CosDoc doc, ASBool /*indirect*/, ASStm source, ASInt32 sourc
   QPDFObjectHandle stream = document.Pdf().newStream();
   stream.replaceDict(dictionary);
   // Handles that are not initialised leave "Filter" and "DecodeParms" as they are.
-  stream.replaceStreamData(Drain(bytes, sourceStart, sourceLength), QPDFObjectHandle(), QPDFObjectHandle());
+  const auto data = document.Streams().DataOf(Drain(bytes, sourceStart, sourceLength));
+  stream.replaceStreamData(data, QPDFObjectHandle(), QPDFObjectHandle());
+  document.Streams().Add(stream, data);
   return document.HandleOf(stream);
 }
 

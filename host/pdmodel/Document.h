@@ -10,6 +10,7 @@
 
 #include "host/cos/CosObserver.h"
 #include "host/cos/NameSpelling.h"
+#include "host/cos/NewStreams.h"
 #include "host/cos/ObjectTable.h"
 
 namespace tgx::host {
@@ -57,6 +58,7 @@ class Document {
   ObjectTable& Objects() noexcept { return objects_; }
   CosObj HandleOf(const QPDFObjectHandle& object) { return objects_.HandleOf(object); }
   NameSpelling& Names() noexcept { return names_; }
+  NewStreams& Streams() noexcept { return streams_; }
   PageList& Pages() noexcept { return *pages_; }
   AnnotationLists& Annotations() noexcept { return *annotations_; }
   StructureTree& Structure() noexcept { return *structure_; }
@@ -91,6 +93,7 @@ class Document {
   std::deque<std::string> warnings_;
   ObjectTable objects_;
   NameSpelling names_;
+  NewStreams streams_;
   std::unique_ptr<PageList> pages_;
   std::unique_ptr<AnnotationLists> annotations_;
   std::unique_ptr<StructureTree> structure_;

@@ -20,6 +20,7 @@
 #include "host/pdmodel/Document.h"
 #include "host/pdmodel/Encryption.h"
 #include "host/pdmodel/PageList.h"
+#include "host/pdmodel/SharedStreams.h"
 #include "host/pdmodel/Source.h"
 #include "host/pdsedit/StructureTree.h"
 
@@ -223,6 +224,7 @@ void Named(Document& document, Work&& work) {
 
 void Write(Document& document, const SaveOptions& options, Sink& sink) {
   Named(document, [&] {
+    const SharedStreams shared(document);
     if (options.linearize) {
       OnDeepStack([&] { WriteLinearized(document, options, sink); });
     } else {

@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 
 #include <map>
+#include <set>
 
 #include "tests/support/DataFiles.h"
 #include "tests/support/OpenDocument.h"
@@ -157,6 +158,29 @@ TEST(FormOfTheAnnualReport, ShowsTheValuesOfTheFilledForm) {
     ++shown;
   }
   EXPECT_EQ(shown, 4);
+}
+
+/// The font programs that the appearances of all fields lead to.
+std::set<QPDFObjGen> FontPrograms(ReadBack& file) {
+  std::set<QPDFObjGen> programs;
+  for (QPDFObjectHandle field : file->getRoot().getKey("/AcroForm").getKey("/Fields").getArrayAsVector()) {
+    QPDFObjectHandle face = field.getKey("/AP").getKey("/N");
+    if (!face.isStream()) continue;
+    for (auto& [name, font] : face.getDict().getKey("/Resources").getKey("/Font").getDictAsMap()) {
+      QPDFObjectHandle program = font.getKey("/FontDescriptor").getKey("/FontFile2");
+      if (program.isStream()) programs.insert(program.getObjGen());
+    }
+  }
+  return programs;
+}
+
+TEST(FormOfTheAnnualReport, StillHasEachFontOnce) {
+  OpenDocument open(test::ReadBytes(test::DataPath(kReport)));
+  ASSERT_EQ(open.Action(kSyncForms, test::DataPath(kFilledReport)), test::kSuccess);
+  ReadBack before(test::ReadBytes(test::DataPath(kFilledReport)));
+  ReadBack after(open.Save());
+  EXPECT_GT(FontPrograms(before).size(), 1U);
+  EXPECT_EQ(FontPrograms(after).size(), FontPrograms(before).size());
 }
 
 TEST(FormOfTheAnnualReport, GetsCalculationOrderAndSignatureFlags) {
