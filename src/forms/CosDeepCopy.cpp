@@ -1,11 +1,18 @@
 #include "src/forms/CosDeepCopy.h"
 
+#include <memory>
 #include <stdexcept>
+#include <type_traits>
 
 #include "src/forms/CosEntries.h"
 
 namespace tgx::acroform {
 namespace {
+
+struct CloseStream {
+  void operator()(ASStm stream) const { ASStmClose(stream); }
+};
+using OpenStream = std::unique_ptr<std::remove_pointer_t<ASStm>, CloseStream>;
 
 /// A value in the making: arrays and dictionaries are made empty and filled by a second step, since a dictionary stores them
 /// first and an array last.
@@ -33,10 +40,8 @@ CosObj NewValue(CosDoc document, CosObj source, CopyBudget& budget) {
     case CosStream: {
       const CosObj attributes = CosNewDict(document, 0, 0);
       DeepCopyDictionary(CosStreamDict(source), attributes, KnownKeys::Overwrite, budget);
-      const ASStm data = CosStreamOpenStm(source, cosOpenRaw);
-      const CosObj copy = CosNewStream(document, 1, data, 0, 0, attributes, CosNewNull(), -1);
-      ASStmClose(data);
-      return copy;
+      const OpenStream data(CosStreamOpenStm(source, cosOpenRaw));
+      return CosNewStream(document, 1, data.get(), 0, 0, attributes, CosNewNull(), -1);
     }
     default:
       return CosNewName(document, 0, ASAtomFromString("Not implemented sync"));

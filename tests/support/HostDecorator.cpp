@@ -75,6 +75,7 @@ bool NeverRaises(Operation operation) {
     case Operation::CosObjEqual:
     case Operation::CosObjDestroy:
     case Operation::PDDocRelease:
+    case Operation::ASStmClose:
     case Operation::PDPageRelease:
     case Operation::PDERelease:
     case Operation::PDPageReleasePDEContent:

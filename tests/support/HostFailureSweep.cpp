@@ -24,6 +24,13 @@ std::vector<std::string> LeftOpen(const CountingHost& counting, const SweepOptio
   return left;
 }
 
+std::string SavedBytes(OpenDocument& document) {
+  TGXHostSaveOptions options = {};
+  options.size = sizeof options;
+  options.deterministic = 1;
+  return document.Save(&options);
+}
+
 /// One run with a failure at a call; gives the number of calls that were made (a failure ends the run, or is handled).
 std::size_t RunOnce(const std::string& bytes, const std::function<Outcome(OpenDocument&)>& operation, std::size_t failAt,
                     const SweepOptions& options) {
@@ -45,6 +52,8 @@ std::size_t RunOnce(const std::string& bytes, const std::function<Outcome(OpenDo
   } else {
     EXPECT_EQ(outcome.text, "") << "without a host failure";
     EXPECT_EQ(LeftOpen(counting, options), std::vector<std::string>()) << "without a host failure";
+    OpenDocument untouched(bytes);
+    EXPECT_EQ(SavedBytes(document) == SavedBytes(untouched), options.changesNothing);
   }
   return raising.Calls();
 }

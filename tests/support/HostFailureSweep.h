@@ -10,12 +10,14 @@ namespace tgx::test {
 
 struct SweepOptions {
   /// This many first calls are each made to fail; of the later ones `samples`, evenly spread, the last one always.
-  std::size_t exhaustive = 300;
+  std::size_t exhaustive = 1000;
   std::size_t samples = 60;
   /// Kinds of CountingHost that the operation is meant to leave open when the host fails.
-  std::vector<std::string> mayStayOpen;
+  std::vector<std::string> mayStayOpen = {};
   /// The operation handles some host failures by itself, so that a failing call may also give a success or a soft failure.
   bool mayHandleFailures = false;
+  /// The operation does not change the document. Any other must, else the calls with which it writes would not be tried.
+  bool changesNothing = false;
 };
 
 /// Runs an operation on a fresh copy of the document again and again, with a host failure at call 1, 2, 3, ... until one run

@@ -10,6 +10,7 @@
 #include "tests/support/OpenDocument.h"
 #include "tests/support/TestDocument.h"
 #include "tests/support/TreeText.h"
+#include "tests/support/TwoByteFont.h"
 
 namespace tgx {
 namespace {
@@ -192,18 +193,13 @@ TEST_F(ContentVisitors, ActualTextOfNothingIsNone) {
   EXPECT_FALSE(extractor.HasText());
 }
 
-constexpr char kTwoByteMap[] =
-    "/CIDInit /ProcSet findresource begin 12 dict begin begincmap 1 begincodespacerange <0000> <FFFF> endcodespacerange\n"
-    "3 beginbfchar <0001> <2022> <0002> <0041> <0003> <D83DDE00> endbfchar endcmap end end";
 constexpr char kOneByteMap[] =
     "/CIDInit /ProcSet findresource begin 12 dict begin begincmap 1 begincodespacerange <00> <FF> endcodespacerange\n"
     "1 beginbfchar <41> <0042> endbfchar endcmap end end";
 
 TEST_F(ContentVisitors, TextIsKeptApartByTheWidthOfItsCharacters) {
-  document_.Stream("two", "<<>>", kTwoByteMap).Stream("one", "<<>>", kOneByteMap);
-  page_.Resource("Font", "F2",
-                 "<</Type/Font/Subtype/Type0/BaseFont/A/Encoding/Identity-H/ToUnicode $two/DescendantFonts[<</Type/Font"
-                 "/Subtype/CIDFontType2/BaseFont/A/CIDSystemInfo<</Registry(Adobe)/Ordering(Identity)/Supplement 0>>>>]>>");
+  test::AddTwoByteFont(document_, page_, {{"0001", "2022"}, {"0002", "0041"}, {"0003", "D83DDE00"}});
+  document_.Stream("one", "<<>>", kOneByteMap);
   page_.Resource("Font", "F3", "<</Type/Font/Subtype/TrueType/BaseFont/A/ToUnicode $one>>");
   Open({Marked("P", Mcid(0),
                {test::Ops("BT /F2 9 Tf <00010003> Tj ET"), test::Ops("BT /F3 9 Tf (A) Tj ET"),

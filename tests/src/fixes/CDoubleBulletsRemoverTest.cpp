@@ -3,6 +3,7 @@
 #include "tests/support/OpenDocument.h"
 #include "tests/support/TestDocument.h"
 #include "tests/support/TreeText.h"
+#include "tests/support/TwoByteFont.h"
 
 namespace tgx {
 namespace {
@@ -13,20 +14,10 @@ using test::TestDocument;
 
 constexpr std::uint32_t kDoubleBullets = 0x1;
 
-constexpr char kToUnicode[] =
-    "/CIDInit /ProcSet findresource begin 12 dict begin begincmap 1 begincodespacerange <0000> <FFFF> endcodespacerange\n"
-    "2 beginbfchar <0001> <2022> <0002> <2013> endbfchar endcmap end end";
-
 /// A list whose bullets are shown in a font of two-byte codes: 1 is a bullet, 2 a dash.
 class DoubleBullets : public testing::Test {
  protected:
-  DoubleBullets() {
-    document_.Stream("map", "<<>>", kToUnicode);
-    page_.Resource(
-        "Font", "F2",
-        "<</Type/Font/Subtype/Type0/BaseFont/Bullets/Encoding/Identity-H/ToUnicode $map/DescendantFonts[<</Type/Font"
-        "/Subtype/CIDFontType2/BaseFont/Bullets/CIDSystemInfo<</Registry(Adobe)/Ordering(Identity)/Supplement 0>>>>]>>");
-  }
+  DoubleBullets() { test::AddTwoByteFont(document_, page_, {{"0001", "2022"}, {"0002", "2013"}}); }
 
   static test::Content Shown(const std::string& code) { return test::Ops("BT /F2 12 Tf 72 700 Td <" + code + "> Tj ET"); }
 

@@ -1,6 +1,5 @@
 #include <gtest/gtest.h>
 
-#include "tests/support/HostFailureSweep.h"
 #include "tests/support/OpenDocument.h"
 #include "tests/support/TestDocument.h"
 #include "tests/support/TreeText.h"
@@ -92,12 +91,6 @@ TEST(FixEndNoteAction, GivesADocumentWithoutATreeAnEmptyOne) {
   ASSERT_TRUE(saved.TreeRoot().isDictionary());
   EXPECT_FALSE(saved.TreeRoot().hasKey("/RoleMap"));
   EXPECT_EQ(test::TreeText(saved.Pdf()), "");
-}
-
-TEST(FixEndNoteAction, LeavesNoTraceOfHostFailures) {
-  TestDocument doc;
-  doc.Tree({Element("Document")({Element("Endnote").Text(doc.AddPage(), "note")})});
-  test::SweepHostFailures(doc.Write(), [](OpenDocument& open) { return open.Action(kEndNotes); });
 }
 
 }  // namespace

@@ -5,7 +5,6 @@
 #include <utility>
 #include <vector>
 
-#include "tests/support/HostFailureSweep.h"
 #include "tests/support/Hosts.h"
 #include "tests/support/OpenDocument.h"
 #include "tests/support/TestDocument.h"
@@ -387,13 +386,6 @@ TEST_F(FixGroupTagsActionTest, AsksTheHostInProportionToTheCaptionsOfOneTarget) 
 
 TEST_F(FixGroupTagsActionTest, AsksTheHostInProportionToTheCaptionsThatStandAlone) {
   ExpectCallsInProportion([] { return Element("Div")({Element("GT_CaptionTableAtBottom")}); });
-}
-
-TEST_F(FixGroupTagsActionTest, LeavesNoTraceOfHostFailures) {
-  doc.Tree({Element("Document")({Element("GT_Index").Text(page, "a"), Element("GT_Index"), Element("GT_CaptionListAtTop"),
-                                 Element("L"), Element("Table"), Element("GT_CaptionTableAtBottom")})})
-      .RoleMap({{"GT_Index", "P"}});
-  test::SweepHostFailures(doc.Write(), [](OpenDocument& open) { return open.Action(kGroupTags); });
 }
 
 }  // namespace

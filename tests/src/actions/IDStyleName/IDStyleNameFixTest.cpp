@@ -7,7 +7,6 @@
 #include <stdexcept>
 #include <string>
 
-#include "tests/support/HostFailureSweep.h"
 #include "tests/support/LogFolder.h"
 #include "tests/support/OpenDocument.h"
 #include "tests/support/TestDocument.h"
@@ -234,12 +233,6 @@ TEST_F(IDStyleNameFixTest, ReadsDeeplyNestedFilesWithoutHarm) {
   std::string deep;
   for (int level = 0; level < 100000; ++level) deep += "<a>";
   EXPECT_EQ(TreeAfter("<ID_Document>" + deep), "ps1\n");
-}
-
-TEST_F(IDStyleNameFixTest, LeavesNoTraceOfHostFailures) {
-  doc.Tree({Element("ps1")({Element("ps2").Text(page, "text"), Element("P")})}).RoleMap({{"ps1", "P"}});
-  const std::string path = WriteStyles(Paragraphs(Style("ps1", "0041") + Style("ps2", "00420063")));
-  test::SweepHostFailures(doc.Write(), [&](OpenDocument& open) { return open.Action(kStyleNames, path); });
 }
 
 }  // namespace

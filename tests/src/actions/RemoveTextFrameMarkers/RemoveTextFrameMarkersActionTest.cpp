@@ -4,7 +4,6 @@
 #include <string>
 
 #include "tests/support/ActionFixture.h"
-#include "tests/support/HostFailureSweep.h"
 #include "tests/support/Hosts.h"
 #include "tests/support/OpenDocument.h"
 #include "tests/support/TestDocument.h"
@@ -161,16 +160,6 @@ TEST_F(RemoveTextFrameMarkersTest, FailsWithoutATreeAndMakesNone) {
   OpenDocument open(doc.Write());
   EXPECT_EQ(open.Action(kRemoveFrameMarkers), kSoftFailure);
   EXPECT_FALSE(ReadBack(open.Save()).TreeRoot().isDictionary());
-}
-
-TEST_F(RemoveTextFrameMarkersTest, LeavesNoTraceOfHostFailures) {
-  doc.Tree(
-      {Element("Document")({Element("Span").Alt(u"TEXTFRAME_START").Text(page, "start"), Element("P").Text(page, "text"),
-                            Element("Span").Alt(u"TEXTFRAME_END").Object(page.Link("https://example.org/"))})});
-  test::SweepOptions options;
-  options.mayStayOpen = {"contents"};
-  test::SweepHostFailures(
-      doc.Write(), [](OpenDocument& open) { return open.Action(kRemoveFrameMarkers); }, options);
 }
 
 }  // namespace

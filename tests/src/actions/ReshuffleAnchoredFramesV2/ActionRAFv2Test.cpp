@@ -2,7 +2,6 @@
 
 #include <string>
 
-#include "tests/support/HostFailureSweep.h"
 #include "tests/support/Hosts.h"
 #include "tests/support/OpenDocument.h"
 #include "tests/support/TestDocument.h"
@@ -312,16 +311,6 @@ TEST_F(ActionRAFv2Test, KeepsTheFrameTogetherWhereMarkersOfAnotherStandInIt) {
             "  Div\n"
             "  Sect\n"
             "    H4\n");
-}
-
-TEST_F(ActionRAFv2Test, LeavesNoTraceOfHostFailures) {
-  page.Add(Image(1, 1));
-  doc.Tree({Element("Document")({Element("P").Text(page, "text").Add(Anchor()),
-                                 Holder()({Start(), Element("Story")({Element("H2").Text(page, "one")}), End()})})});
-  test::SweepOptions options;
-  options.mayStayOpen = {"pages", "contents"};
-  test::SweepHostFailures(
-      doc.Write(), [](OpenDocument& open) { return open.Action(kReshuffleFrames); }, options);
 }
 
 }  // namespace

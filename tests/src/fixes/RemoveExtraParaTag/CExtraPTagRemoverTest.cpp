@@ -4,7 +4,6 @@
 
 #include <string>
 
-#include "tests/support/HostFailureSweep.h"
 #include "tests/support/OpenDocument.h"
 #include "tests/support/TestDocument.h"
 #include "tests/support/TreeText.h"
@@ -124,14 +123,6 @@ TEST(CExtraPTagRemover, FailsWithoutATree) {
 }
 
 TEST(CExtraPTagRemover, FailsWithoutADocument) { EXPECT_FALSE(CExtraPTagRemover().Run(nullptr)); }
-
-TEST(CExtraPTagRemover, LeavesNoTraceOfHostFailures) {
-  TestDocument doc;
-  Page& page = doc.AddPage();
-  doc.Tree({Element("Sect")({Element("P")({Element("Table")({Element("TR")})}), Element("P").Text(page, "text")})})
-      .RoleMap({{"Foo", "P"}});
-  test::SweepHostFailures(doc.Write(), [](OpenDocument& open) { return open.Fixups(kExtraParagraphs); });
-}
 
 }  // namespace
 }  // namespace tgx

@@ -7,7 +7,6 @@
 #include <string>
 
 #include "src/logging/LogService.h"
-#include "tests/support/HostFailureSweep.h"
 #include "tests/support/Hosts.h"
 #include "tests/support/LogFolder.h"
 #include "tests/support/OpenDocument.h"
@@ -118,14 +117,6 @@ TEST_F(RoleMapFixTest, KeepsTheTextOfAHostFailureToItself) {
   });
   const test::HostSession session(host.Tables());
   EXPECT_EQ(open.Fixups(kRoleMap), kSoftFailure);
-}
-
-TEST_F(RoleMapFixTest, LeavesNoTraceOfHostFailures) {
-  doc.Tree({Element("P").Text(doc.AddPage(), "text")}).RoleMap({{"P", "P"}, {"Foo", "P"}});
-  test::SweepOptions options;
-  options.mayHandleFailures = true;
-  test::SweepHostFailures(
-      doc.Write(), [](OpenDocument& open) { return open.Fixups(kRoleMap); }, options);
 }
 
 TEST(PDFFix, FailsWhereASubclassAppliesNothing) {
