@@ -119,6 +119,26 @@ TEST_F(THeaderFooter, PassesOverContentThatIsNotOnThePage) {
   EXPECT_EQ(Left("THead"), "h1 ");
 }
 
+TEST_F(THeaderFooter, MissesTheHeadThatMovesUpWhereANestedTableMadeOneBeforeItLeave) {
+  Repair({Element("Table")({Part("THead", page_, "1"), Part("THead", page_, "2"),
+                            Element("TR")({Element("TD")({Element("Table")})}), Part("THead", page_, "3"),
+                            Part("THead", page_, "4")})});
+  EXPECT_EQ(Left("THead"), "1 3 4 ") << "the walk goes on at the index behind the row, where 4 stands now";
+  EXPECT_THAT(TagOf("2"), testing::StartsWith("/Artifact"));
+  for (const char* text : {"1", "3", "4"}) EXPECT_THAT(TagOf(text), testing::HasSubstr("MCID"));
+}
+
+TEST_F(THeaderFooter, LeavesTheAnnotationOfARepeatedHeadOnThePage) {
+  Element cell("TH");
+  cell.Text(page_, "h2").Object(page_.Link("https://example.org/"));
+  Repair({Element("Table")({Part("THead", page_, "h1"), Element("THead")({Element("TR")({cell})})})});
+  EXPECT_THAT(TagOf("h2"), testing::StartsWith("/Artifact"));
+  EXPECT_THAT(test::TreeText(saved_), testing::Not(testing::HasSubstr("objr")));
+  test::ReadBack file(saved_);
+  ASSERT_EQ(file.Page(1).getKey("/Annots").getArrayNItems(), 1);
+  EXPECT_FALSE(file.Page(1).getKey("/Annots").getArrayItem(0).hasKey("/StructParent")) << "it leads to no element any more";
+}
+
 TEST(THeaderFooterOfDamagedTables, CountsAHeadBeforeTheFirstTableAsItsFirst) {
   TestDocument document;
   test::Page& page = document.AddPage();

@@ -102,6 +102,24 @@ TEST(TableLayout, EndsWithTheHostsRaiseWhereAnElementWouldBecomeItsOwnAncestor) 
   test::ExpectSound(open.Save());
 }
 
+TEST(TableLayout, KeepsWhatItCollectedForTheNextTableWhereTheLastOneIsNotFound) {
+  TestDocument document;
+  document.AddPage();
+  document.Object("twice", "<</S/Table/T(twice)>>");
+  document.Tree({Doc({})
+                     .RawKid("$twice")
+                     .Add(Element("P").Title("1"))
+                     .RawKid("$twice")
+                     .Add(Element("P").Title("2"))
+                     .Add(Element("Table").Title("last"))});
+  OpenDocument open(document.Write());
+  EXPECT_EQ(open.Fixups(kTableLayout), test::kSuccess);
+  // When it is met the second time the table that stands twice gives way to the first paragraph and loses its parent, so
+  // that it cannot give way to the second one too. That one takes the place of the last table.
+  EXPECT_EQ(SavedTree(open),
+            "Document\n  P title=\"1\"\n  P title=\"1\"\n  Table title=\"twice\"\n  P title=\"2\"\n  P title=\"2\"\n");
+}
+
 std::size_t CallsFor(int tables) {
   TestDocument document;
   document.AddPage();

@@ -301,6 +301,42 @@ TEST(AttFix, EndsWithTheHostsRaiseWhereACellHasAListOfAttributes) {
   EXPECT_THAT(SavedTree(open), testing::HasSubstr("TH attributes=<< /O /Table /Scope /Column >>\n"));
 }
 
+TEST(AttFix, WritesTheScopeOfTheLastOfTwoCellsThatShareTheirAttributesForBoth) {
+  TestDocument document;
+  document.AddPage();
+  document.Object("shared", "<</O/Layout/ColSpan 2>>");
+  document.Tree({Element("Table")({Placeholder("<Table type='2' rows='1' cols='1'/>"),
+                                   Element("TR")({Element("TD").Attributes("$shared"), Element("TD")}),
+                                   Element("TR")({Element("TD").Attributes("$shared"), Element("TD")})})});
+  OpenDocument open(document.Write());
+  EXPECT_EQ(open.Action(kAttFix), test::kSuccess);
+  EXPECT_EQ(SavedTree(open),
+            "Table\n"
+            "  TR\n"
+            "    TH attributes=<< /ColSpan 2 /O /Table /Scope /Row >>\n"
+            "    TH attributes=<< /O /Table /Scope /Column >>\n"
+            "  TR\n"
+            "    TH attributes=<< /ColSpan 2 /O /Table /Scope /Row >>\n"
+            "    TD\n");
+}
+
+TEST(AttFix, WritesTheHeadersOfTheLastOfTwoCellsThatShareTheirAttributesForBoth) {
+  TestDocument document;
+  document.AddPage();
+  document.Object("shared", "<</O/Layout/ColSpan 2>>");
+  document.Tree(
+      {Element("Table")({Placeholder("<Table type='3'><Row><Cell type='1' row='1' index='1'><Cell row='8' index='1'/></Cell>"
+                                     "<Cell type='1' row='1' index='2'><Cell row='8' index='2'/></Cell></Row></Table>"),
+                         Element("TR")({Element("TD").Attributes("$shared"), Element("TD").Attributes("$shared")})})});
+  OpenDocument open(document.Write());
+  EXPECT_EQ(open.Action(kAttFix), test::kSuccess);
+  EXPECT_EQ(SavedTree(open),
+            "Table\n"
+            "  TR\n"
+            "    TD id=\"1_1_1\" attributes=<< /ColSpan 2 /Headers [ (1_8_2) ] /O /Table >>\n"
+            "    TD id=\"1_1_2\" attributes=<< /ColSpan 2 /Headers [ (1_8_2) ] /O /Table >>\n");
+}
+
 TEST(AttFix, TurnsALayoutTableWithAllTablesInItIntoDivs) {
   EXPECT_EQ(Repaired({Element("Table")(
                 {Placeholder("<Table type='4'/>"), Element("THead")({Row({"TH"})}),
