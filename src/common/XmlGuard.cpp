@@ -5,7 +5,9 @@
 namespace tgx {
 namespace {
 
-constexpr int kMostAttributes = 100;
+constexpr std::size_t kLongestText = std::size_t{64} << 20U;
+constexpr int kMostAttributes = 100;  // of a tag
+constexpr int kMostNodes = 1'000'000;
 
 /// What is no element, and what ends it. The longer beginnings stand first.
 constexpr struct {
@@ -17,12 +19,17 @@ class TagScanner {
  public:
   explicit TagScanner(std::string_view xml) : xml_(xml) {}
 
-  bool FindsCrowdedTag() {
-    while (GoBehind("<", at_)) {
+  bool FindsTooMuch() {
+    int nodes = 0;
+    while (nodes <= kMostNodes && GoBehind("<", at_)) {
       const std::size_t tag = at_ - 1;
-      if (!SkipOther(tag) && CountAttributes() > kMostAttributes) return true;
+      ++nodes;
+      if (SkipOther(tag)) continue;
+      const int attributes = CountAttributes();
+      if (attributes > kMostAttributes) return true;
+      nodes += attributes;
     }
-    return false;
+    return nodes > kMostNodes;
   }
 
  private:
@@ -59,6 +66,6 @@ class TagScanner {
 
 }  // namespace
 
-bool HasCrowdedTag(std::string_view xml) { return TagScanner(xml).FindsCrowdedTag(); }
+bool IsTooMuchXml(std::string_view xml) { return xml.size() > kLongestText || TagScanner(xml).FindsTooMuch(); }
 
 }  // namespace tgx

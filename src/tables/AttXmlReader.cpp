@@ -8,7 +8,7 @@ namespace tgx {
 
 void ATT_XmlReader::parseTables(const char* bytes, std::int32_t length,
                                 std::vector<std::unique_ptr<ATT_XmlTable>>& tables) const {
-  if (length <= 0 || HasCrowdedTag({bytes, static_cast<std::size_t>(length)})) return;
+  if (length <= 0 || IsTooMuchXml({bytes, static_cast<std::size_t>(length)})) return;
   tinyxml2::XMLDocument document(true, tinyxml2::PRESERVE_WHITESPACE);
   document.Parse(bytes, static_cast<std::size_t>(length));
   const auto* root = document.FirstChildElement("Tables");

@@ -9,8 +9,8 @@
 namespace tgx {
 
 /// Reads the XML description of tables. Text that is not well-formed, or without a top-level "Tables", or with tables of
-/// unknown types, just gives fewer objects, and none at all where a tag has more than 100 attributes: what a wrong number of
-/// them means is the caller's to decide.
+/// unknown types, just gives fewer objects, and none at all where it is more than IsTooMuchXml allows: what a wrong number
+/// of them means is the caller's to decide.
 class ATT_XmlReader {
  public:
   /// Appends an object for each known "Table" of the first top-level "Tables", in document order. `bytes` need no

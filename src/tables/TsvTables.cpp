@@ -43,10 +43,9 @@ std::unique_ptr<TSV_Table> TableOfKind(std::int32_t number, const std::string& k
 void TSV_Parser::readLines(std::istream& stream, std::vector<std::string>& lines) {
   lines.clear();
   std::array<char, kLineBuffer> buffer{};
-  while (stream.good()) {
+  while (stream.good() && lines.size() <= kMostLines) {
     stream.getline(buffer.data(), buffer.size());
     if (buffer.front() != '\0') lines.emplace_back(buffer.data());
-    buffer.fill('\0');
   }
 }
 

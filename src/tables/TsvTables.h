@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstddef>
 #include <cstdint>
 #include <istream>
 #include <memory>
@@ -45,13 +46,16 @@ class QTH_Table : public TSV_Table {
 /// pattern are passed over.
 class TSV_Parser {
  public:
+  /// Far above what any exporter writes.
+  static constexpr std::size_t kMostLines = 1'000'000;
+
   virtual ~TSV_Parser() = default;
 
   /// Decides the tables from the lines, which hold no blank ones. Forgets what it held.
   virtual void parse(const std::vector<std::string>& lines);
 
   /// Empties `lines` and fills it with the lines of the stream that are not empty. A line has at most 1,023 bytes: reading
-  /// ends at a longer one, with what was read until then.
+  /// ends at a longer one, with what was read until then, and behind one line more than kMostLines.
   virtual void readLines(std::istream& stream, std::vector<std::string>& lines);
 
   std::string typeFirst;  ///< the two words of the "Type" line, empty without one

@@ -20,9 +20,12 @@ class TablesFile : public testing::Test {
     return Tool({"run", "--quiet", "in.pdf", "-o", "out.pdf", step + ":tables.tsv"}).In(folder_.Path()).Run();
   }
   void ExpectRefused(const std::string& text, const std::string& line, const std::string& step = "layout-tables") {
+    ExpectRefusedBecause("line " + line + " is longer than 1023 bytes", text, step);
+  }
+  void ExpectRefusedBecause(const std::string& reason, const std::string& text, const std::string& step = "layout-tables") {
     const ProcessResult result = RunWith(text, step);
     EXPECT_EQ(result.status, 1);
-    EXPECT_EQ(result.err, Message("tables.tsv: line " + line + " is longer than 1023 bytes"));
+    EXPECT_EQ(result.err, Message("tables.tsv: " + reason));
     EXPECT_FALSE(Exists(folder_ / "out.pdf"));
   }
   void ExpectTaken(const std::string& text) {
@@ -52,6 +55,23 @@ TEST_F(TablesFile, IsRefusedWhereverItIsTooLong) {
 TEST_F(TablesFile, IsCheckedAlsoForTheNumberOfTheAction) { ExpectRefused(std::string(2000, 'x'), "1", "action=9"); }
 
 TEST_F(TablesFile, MayHaveLongLinesForAnotherStep) { EXPECT_EQ(RunWith(std::string(5000, 'x'), "style-names").status, 0); }
+
+std::string MillionLines() {
+  std::string lines;
+  for (int i = 0; i < 1'000'000; ++i) lines += "x\n\n";
+  return lines;
+}
+
+TEST_F(TablesFile, MayHaveAMillionLinesThatAreNotBlank) { ExpectTaken(MillionLines()); }
+
+TEST_F(TablesFile, WithMoreLinesIsRefused) { ExpectRefusedBecause("has more than 1000000 lines", MillionLines() + "x"); }
+
+TEST_F(TablesFile, IsRefusedBeyondTheSizeThatTheLibraryReads) {
+  const std::string text((std::size_t{64} << 20U) + 1, '\n');
+  for (const char* step : {"layout-tables", "style-names", "toc"}) {
+    ExpectRefusedBecause("is larger than 64 MiB", text, step);
+  }
+}
 
 }  // namespace
 }  // namespace tgx::test

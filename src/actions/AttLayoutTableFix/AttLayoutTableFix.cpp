@@ -1,21 +1,22 @@
 #include "src/actions/AttLayoutTableFix/AttLayoutTableFix.h"
 
-#include <fstream>
 #include <optional>
 
+#include "src/common/SideFile.h"
 #include "src/common/TagStructureWalker.h"
 #include "src/tables/TsvTables.h"
 
 namespace tgx {
 namespace {
 
-/// The numbers of the layout tables that the file names; none when it cannot be opened.
+/// The numbers of the layout tables that the file names; none when it cannot be opened or has too many lines.
 std::optional<std::set<std::int32_t>> ReadLayoutNumbers(const std::string& path) {
-  std::ifstream file(path);
-  if (!file.is_open()) return std::nullopt;
+  std::optional<std::ifstream> file = OpenSideFile(path);
+  if (!file) return std::nullopt;
   TSV_Parser parser;
   std::vector<std::string> lines;
-  parser.readLines(file, lines);
+  parser.readLines(*file, lines);
+  if (lines.size() > TSV_Parser::kMostLines) return std::nullopt;
   parser.parse(lines);
   std::set<std::int32_t> numbers;
   for (const auto& table : parser.tables) {

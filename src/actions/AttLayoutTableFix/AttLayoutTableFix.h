@@ -17,7 +17,7 @@ class AttLayoutTableFix : public PDFAction, public ITagStructureVisitor {
 
   void SetPath(std::string path) { path_ = std::move(path); }
 
-  /// False, with nothing changed, when the document has no structure tree or the file cannot be opened.
+  /// False, with nothing changed, when the document has no structure tree or the file cannot be read.
   bool Run() override;
 
   void VisitElement(PDSElement& element) override;

@@ -7,8 +7,7 @@
 namespace tgx {
 
 /// Adds the styles of an exporter's list of styles, by identifier, to the two maps; a redefined paragraph style takes the
-/// place of the plain one. A file that is missing, larger than 64 MiB or not XML, and an XML file of another kind, adds
-/// nothing.
+/// place of the plain one. A file that LoadXmlFile does not read, and an XML file of another kind, adds nothing.
 void ReadStyleFile(const std::string& path, IDStyleMap& paragraphStyles, IDStyleMap& characterStyles);
 
 /// The name that a "hex_name" stands for, in UTF-8: its digits are the UTF-16BE units of the name. Empty for an odd number

@@ -13,39 +13,62 @@ std::string Attributes(int count, const std::string& value = "\"\"") {
   return text;
 }
 
-TEST(HasCrowdedTag, AllowsAHundredAttributes) {
-  EXPECT_FALSE(HasCrowdedTag("<a" + Attributes(100) + "/>"));
-  EXPECT_TRUE(HasCrowdedTag("<a" + Attributes(101) + "/>"));
+TEST(IsTooMuchXml, AllowsAHundredAttributes) {
+  EXPECT_FALSE(IsTooMuchXml("<a" + Attributes(100) + "/>"));
+  EXPECT_TRUE(IsTooMuchXml("<a" + Attributes(101) + "/>"));
 }
 
-TEST(HasCrowdedTag, CountsTheAttributesOfEachTagAlone) {
-  EXPECT_FALSE(HasCrowdedTag("<a" + Attributes(60) + "><b" + Attributes(60) + "/></a>"));
+TEST(IsTooMuchXml, CountsTheAttributesOfEachTagAlone) {
+  EXPECT_FALSE(IsTooMuchXml("<a" + Attributes(60) + "><b" + Attributes(60) + "/></a>"));
 }
 
-TEST(HasCrowdedTag, LooksAtEveryTag) {
-  EXPECT_TRUE(HasCrowdedTag("<?xml version='1.0'?><!DOCTYPE a>text<a>text<b" + Attributes(101)));
+TEST(IsTooMuchXml, LooksAtEveryTag) {
+  EXPECT_TRUE(IsTooMuchXml("<?xml version='1.0'?><!DOCTYPE a>text<a>text<b" + Attributes(101)));
 }
 
-TEST(HasCrowdedTag, IsNotLedAstrayByValues) {
+TEST(IsTooMuchXml, IsNotLedAstrayByValues) {
   for (const char* value : {"'>'", "'<'", "'\"'", "\"'\"", "'-->'", "'<!--'"}) {
-    EXPECT_TRUE(HasCrowdedTag("<a" + Attributes(101, value) + "/>")) << value;
+    EXPECT_TRUE(IsTooMuchXml("<a" + Attributes(101, value) + "/>")) << value;
   }
 }
 
-TEST(HasCrowdedTag, IsNotLedAstrayByWhatIsNoElement) {
+TEST(IsTooMuchXml, IsNotLedAstrayByWhatIsNoElement) {
   for (const char* other : {"<!-- it's > 1 -->", "<![CDATA[it's > 1 \"]]>", "<!ELEMENT it's>", "<? it's > 1 ?>", "it's"}) {
-    EXPECT_TRUE(HasCrowdedTag(std::string(other) + "<a" + Attributes(101) + "/>")) << other;
+    EXPECT_TRUE(IsTooMuchXml(std::string(other) + "<a" + Attributes(101) + "/>")) << other;
   }
 }
 
-TEST(HasCrowdedTag, CountsNoQuotesOutsideTags) {
+TEST(IsTooMuchXml, CountsNoQuotesOutsideTags) {
   const std::string quotes(1000, '"');
-  EXPECT_FALSE(HasCrowdedTag("<a>" + quotes + "</a>" + quotes + "<!--" + quotes + "--><![CDATA[" + quotes + "]]>"));
+  EXPECT_FALSE(IsTooMuchXml("<a>" + quotes + "</a>" + quotes + "<!--" + quotes + "--><![CDATA[" + quotes + "]]>"));
 }
 
-TEST(HasCrowdedTag, EndsWithTheText) {
+std::string Repeated(const std::string& text, std::size_t count) {
+  std::string all;
+  all.reserve(text.size() * count);
+  for (std::size_t i = 0; i < count; ++i) all += text;
+  return all;
+}
+
+TEST(IsTooMuchXml, AllowsAMillionTags) {
+  EXPECT_FALSE(IsTooMuchXml(Repeated("<a/>", 1'000'000)));
+  EXPECT_TRUE(IsTooMuchXml(Repeated("<a/>", 1'000'001)));
+}
+
+TEST(IsTooMuchXml, CountsAttributesAndWhatIsNoElementLikeTags) {
+  EXPECT_FALSE(IsTooMuchXml(Repeated("<a b='' c=''/>x<!---->", 250'000)));
+  EXPECT_TRUE(IsTooMuchXml(Repeated("<a b='' c=''/>x<!---->", 250'001)));
+}
+
+TEST(IsTooMuchXml, AllowsSixtyFourMebibytesOfText) {
+  const std::size_t most = std::size_t{64} << 20U;
+  EXPECT_FALSE(IsTooMuchXml(std::string(most, 'x')));
+  EXPECT_TRUE(IsTooMuchXml(std::string(most + 1, 'x')));
+}
+
+TEST(IsTooMuchXml, EndsWithTheText) {
   for (const char* text : {"", "<", "<a", "<a b='", "<!--", "<!", "<?", "<![CDATA[", "<a b='c'"}) {
-    EXPECT_FALSE(HasCrowdedTag(text)) << text;
+    EXPECT_FALSE(IsTooMuchXml(text)) << text;
   }
 }
 

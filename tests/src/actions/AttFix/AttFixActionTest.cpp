@@ -63,6 +63,12 @@ TEST(AttFix, RemovesAPlaceholderWhoseMetadataCannotBeRead) {
   EXPECT_EQ(Repaired({Element("Table")({Figure("[ATT]no xml"), Row({"TH"})})}), "Table\n  TR\n    TH\n");
 }
 
+TEST(AttFix, RemovesAPlaceholderWhoseMetadataIsMoreThanTheMemoryIsWorth) {
+  std::string tags;
+  for (int i = 0; i < 1'000'000; ++i) tags += "<a/>";
+  EXPECT_EQ(Repaired({Element("Table")({Placeholder("<Table type='4'/>" + tags), Row({"TH"})})}), "Table\n  TR\n    TH\n");
+}
+
 TEST(AttFix, RemovesAPlaceholderThatDescribesSeveralTables) {
   EXPECT_EQ(Repaired({Element("Table")({Placeholder("<Table type='4'/><Table type='1'/>"), Row({"TH"})})}),
             "Table\n  TR\n    TH\n");

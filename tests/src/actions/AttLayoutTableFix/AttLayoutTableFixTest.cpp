@@ -1,4 +1,7 @@
+#include <sys/stat.h>
+
 #include <cstdio>
+#include <filesystem>
 #include <fstream>
 
 #include <gtest/gtest.h>
@@ -84,6 +87,49 @@ TEST_F(AttLayoutTableFix, FailsWithoutATextForAFileThatCannotBeOpened) {
   OpenDocument open(document.Write());
   EXPECT_EQ(open.Action(kAttLayoutTableFix, path_ + ".missing"), test::kSoftFailure);
   EXPECT_EQ(SavedTree(open), small_);
+}
+
+TEST_F(AttLayoutTableFix, FailsAtOnceForWhatIsNoRegularFile) {
+  const std::string pipe = path_ + ".pipe";
+  ASSERT_EQ(mkfifo(pipe.c_str(), 0600), 0);
+  TestDocument document;
+  document.AddPage();
+  document.Tree({SmallTable()});
+  OpenDocument open(document.Write());
+  for (const std::string& path : {pipe, testing::TempDir(), std::string("/dev/zero"), std::string("/dev/null")}) {
+    EXPECT_EQ(open.Action(kAttLayoutTableFix, path), test::kSoftFailure) << path;
+  }
+  EXPECT_EQ(SavedTree(open), small_);
+  std::remove(pipe.c_str());
+}
+
+TEST_F(AttLayoutTableFix, FailsForAFileOfMoreLinesThanAnyDocumentNeeds) {
+  TestDocument document;
+  document.AddPage();
+  document.Tree({SmallTable()});
+  OpenDocument open(document.Write());
+  std::ofstream lines(path_);
+  lines << "Table\t1\nLayout\n";
+  for (int i = 2; i < 1'000'000; ++i) lines << "x\n";
+  lines.flush();
+  EXPECT_EQ(open.Action(kAttLayoutTableFix, path_), test::kSuccess);
+  EXPECT_EQ(SavedTree(open), divs_);
+
+  OpenDocument fresh(document.Write());
+  lines << "x\n";
+  lines.flush();
+  EXPECT_EQ(fresh.Action(kAttLayoutTableFix, path_), test::kSoftFailure);
+  EXPECT_EQ(SavedTree(fresh), small_);
+}
+
+TEST_F(AttLayoutTableFix, FailsForAFileBeyondAnyListOfTables) {
+  std::ofstream(path_) << "Table\t1\nLayout\n";
+  std::filesystem::resize_file(path_, (std::uintmax_t{64} << 20U) + 1);
+  TestDocument document;
+  document.AddPage();
+  document.Tree({SmallTable()});
+  OpenDocument open(document.Write());
+  EXPECT_EQ(open.Action(kAttLayoutTableFix, path_), test::kSoftFailure);
 }
 
 TEST_F(AttLayoutTableFix, FailsWithoutATextForADocumentWithoutAStructureTree) {

@@ -1,5 +1,7 @@
 #include "src/actions/IDStyleName/IDStyleNameFix.h"
 
+#include <sys/stat.h>
+
 #include <gtest/gtest.h>
 
 #include <filesystem>
@@ -213,6 +215,23 @@ TEST_F(IDStyleNameFixTest, RefusesAFileBeyondAnyListOfStyles) {
   OpenDocument open(doc.Write());
   EXPECT_EQ(open.Action(kStyleNames, path), kSuccess);
   EXPECT_EQ(test::SavedTree(open), "ps1\n");
+}
+
+TEST_F(IDStyleNameFixTest, DoesNotWaitForAPipe) {
+  doc.Tree({Element("ps1")});
+  const std::string pipe = WriteStyles("") + ".pipe";
+  ASSERT_EQ(mkfifo(pipe.c_str(), 0600), 0);
+  OpenDocument open(doc.Write());
+  EXPECT_EQ(open.Action(kStyleNames, pipe), kSuccess);
+  EXPECT_EQ(open.Action(kStyleNames, "/dev/zero"), kSuccess);
+  EXPECT_EQ(test::SavedTree(open), "ps1\n");
+}
+
+TEST_F(IDStyleNameFixTest, RefusesAFileOfMoreTagsThanTheMemoryIsWorth) {
+  doc.Tree({Element("ps1")});
+  std::string tags;
+  for (int i = 0; i < 1'000'000; ++i) tags += "<a/>";
+  EXPECT_EQ(TreeAfter(Paragraphs(Style("ps1", "0041") + tags)), "ps1\n");
 }
 
 TEST_F(IDStyleNameFixTest, RefusesAFileWithATagThatWouldKeepTheParserForHours) {
