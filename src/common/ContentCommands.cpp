@@ -1,16 +1,16 @@
 #include "src/common/ContentCommands.h"
 
+#include "src/common/ContentUtils.h"
 #include "src/common/PageReference.h"
 
 namespace tgx {
 namespace {
 
 // Raises for an object that is no page of an open document.
-void WalkPage(ContentWalker& walker, CosObj cosPage) {
+PageReference AcquirePage(CosObj cosPage) {
   const ASInt32 number = PDPageNumFromCosObj(cosPage);
   const PDDoc document = PDDocFromCosDoc(CosObjGetDoc(cosPage));
-  const PageReference page(PDDocAcquirePage(document, number));
-  walker.Walk(page.Get());
+  return PageReference(PDDocAcquirePage(document, number));
 }
 
 bool IsDummyImage(PDEElement element) {
@@ -18,15 +18,6 @@ bool IsDummyImage(PDEElement element) {
   PDEImageAttrs attributes = {};
   PDEImageGetAttrs(element, &attributes, sizeof(attributes));
   return attributes.width == 1 && attributes.height == 1;
-}
-
-// Whether the properties of the container hold this MCID.
-bool HasMCID(PDEContainer container, ASInt32 mcid) {
-  CosObj dict = CosNewNull();
-  ASBool isInline = 0;
-  if (PDEContainerGetDict(container, &dict, &isInline) != 1 || CosDictKnownKeyString(dict, "MCID") != 1) return false;
-  const CosObj value = CosDictGetKeyString(dict, "MCID");
-  return CosObjGetType(value) == CosInteger && CosIntegerValue(value) == mcid;
 }
 
 }  // namespace
@@ -48,7 +39,7 @@ void MoveTaggedMcCmd::VisitContainer(PDEContainer container) {
   PDSElementInsertMCAsKid(destination, PDPageGetCosObj(page), container, kPDSAfterLast);
 }
 
-void RemoveDummyImagesCmd::Execute() { WalkPage(walker_, cosPage); }
+void RemoveDummyImagesCmd::Execute() { walker_.Walk(AcquirePage(cosPage).Get()); }
 
 void RemoveDummyImagesCmd::VisitElement(PDEElement& element) {
   if (!IsDummyImage(element)) return;
@@ -59,16 +50,22 @@ void RemoveDummyImagesCmd::VisitElement(PDEElement& element) {
   if (index >= 0 && index < PDEContentGetNumElems(content)) walker_.RemoveElement(content, index);
 }
 
-void RemoveMarkedContentCmd::Execute() { WalkPage(walker_, cosPage); }
+void RemoveMarkedContentCmd::Execute() {
+  const PageReference page = AcquirePage(cosPage);
+  if (index == nullptr) return walker_.Walk(page.Get());
+  index->Remove(page.Get(), mcid);
+  PDPageSetPDEContent(page.Get(), ExtensionId());
+}
 
 void RemoveMarkedContentCmd::VisitContainer(PDEContainer container) {
-  if (!HasMCID(container, mcid)) return;
+  ASInt32 found = -1;
+  if (!FindContainerMCID(container, found) || found != mcid) return;
   const PDEContent content = walker_.TopContent();
   // The container is the element under visit, unless the visitor of another command took it away.
   const ASInt32 count = PDEContentGetNumElems(content);
-  for (ASInt32 index = 0; index < count; ++index) {
-    if (PDEContentGetElem(content, index) != container) continue;
-    walker_.RemoveElement(content, index);
+  for (ASInt32 at = 0; at < count; ++at) {
+    if (PDEContentGetElem(content, at) != container) continue;
+    walker_.RemoveElement(content, at);
     walker_.SetStop(true);
     return;
   }

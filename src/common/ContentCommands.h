@@ -4,6 +4,7 @@
 
 #include "src/api/HostBinding.h"
 #include "src/common/ContentWalker.h"
+#include "src/common/MarkedContentIndex.h"
 
 namespace tgx {
 
@@ -47,12 +48,15 @@ class RemoveDummyImagesCmd : public CommandBase, public ContentVisitorBase {
 };
 
 /// Removes the first container of an MCID, in walk order, from a page. The structure is left to the caller.
+///
+/// A caller with many removals in a row hands over an index: to walk the page for each would cost the square of its content.
 class RemoveMarkedContentCmd : public CommandBase, public ContentVisitorBase {
  public:
   RemoveMarkedContentCmd() { walker_.AddVisitor(this); }
 
   CosObj cosPage = {};
   ASInt32 mcid = -1;
+  MarkedContentIndex* index = nullptr;  ///< of what has been removed with it only; null has the page walked
 
   void Execute() override;
   void VisitContainer(PDEContainer container) override;

@@ -45,8 +45,15 @@ bool AppendTranslation(PDEFont font, const CharacterCode& code, ASInt32 codeSize
 }  // namespace
 
 ASInt32 GetContainerMCID(PDEContainer container) {
-  CosObj mcid = CosNewNull();
-  return FindProperty(container, "MCID", CosInteger, mcid) ? CosIntegerValue(mcid) : -1;
+  ASInt32 mcid = -1;
+  return FindContainerMCID(container, mcid) ? mcid : -1;
+}
+
+bool FindContainerMCID(PDEContainer container, ASInt32& mcid) {
+  CosObj value = CosNewNull();
+  if (!FindProperty(container, "MCID", CosInteger, value)) return false;
+  mcid = CosIntegerValue(value);
+  return true;
 }
 
 void GetContainerLang(PDEContainer container, ByteVector& lang) {

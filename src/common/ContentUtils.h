@@ -14,6 +14,8 @@ constexpr ASInt32 kNullElementKind = 35;
 /// The integer "MCID" of the container's property dictionary; -1 without a dictionary, without the key, or with a value of
 /// another type.
 ASInt32 GetContainerMCID(PDEContainer container);
+/// The same integer, which may be -1 itself; false when there is none.
+bool FindContainerMCID(PDEContainer container, ASInt32& mcid);
 /// The bytes of the string "Lang" of the container's property dictionary; empty when there is none.
 void GetContainerLang(PDEContainer container, ByteVector& lang);
 ASInt32 GetElementKind(const PDEElement* element);

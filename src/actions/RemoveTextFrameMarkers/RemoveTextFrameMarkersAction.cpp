@@ -17,13 +17,14 @@ bool IsMarkerText(const ByteVector& alt) {
 }
 
 // Removes the content of the marker's kids, and what kids can be removed one by one.
-void EmptyMarker(PDSElement marker) {
+void EmptyMarker(PDSElement marker, MarkedContentIndex& index) {
   RemoveMarkedContentCmd command;
+  command.index = &index;
   const ASInt32 count = PDSElementGetNumKids(marker);
   // A removed kid lets the next one move up, and it is passed over; the last ones may be gone by the time.
-  for (ASInt32 index = 0; index < count && index < PDSElementGetNumKids(marker); ++index) {
+  for (ASInt32 at = 0; at < count && at < PDSElementGetNumKids(marker); ++at) {
     CosObj kid = CosNewNull();
-    const ASAtom type = PDSElementGetKidEx(marker, index, &kid, &command.mcid, nullptr, &command.cosPage);
+    const ASAtom type = PDSElementGetKidEx(marker, at, &kid, &command.mcid, nullptr, &command.cosPage);
     // Not the type of structure elements: these stay with the marker, and go with it.
     if (type == ASAtomFromString("StuctElem")) {
       PDSElementRemoveKid(marker, kid);
@@ -52,8 +53,9 @@ bool RemoveTextFrameMarkersAction::Run() {
   TagStructureWalker walker;
   walker.AddVisitor(this);
   walker.Walk(root);
+  MarkedContentIndex index;
   for (const PDSElement marker : markers_) {
-    EmptyMarker(marker);
+    EmptyMarker(marker, index);
     PDSElement parent = CosNewNull();
     PDSElementGetParent(marker, &parent, nullptr);
     PDSElementRemoveKid(parent, marker);

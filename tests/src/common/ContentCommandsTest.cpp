@@ -179,6 +179,53 @@ TEST_F(ContentCommandsTest, RemoveNothingForAnMcidThatThePageLacks) {
   EXPECT_EQ(host.Count(Operation::PDPageSetPDEContent), 1U);
 }
 
+/// Containers in containers, several of one MCID, some with other content in front and between.
+void AddNestedContainers(Page& page) {
+  page.Add(Text("0"))
+      .Add(Marked("P", "<</MCID 3>>", {Text("1"), Marked("P", "<</MCID 3>>", {Text("2")}), Text("3")}))
+      .Add(Marked("Sect", "",
+                  {Marked("P", "<</MCID 4>>", {Text("4")}), Text("5"), Marked("P", "<</MCID 3>>", {Text("6")}),
+                   Marked("P", "<</MCID 5>>", {Text("7"), Marked("P", "<</MCID 4>>", {Text("8")})})}))
+      .Add(Text("9"))
+      .Add(Marked("P", "<</MCID 3>>", {Text("10")}))
+      .Add(Marked("P", "<</MCID -1>>", {Text("11")}));
+}
+
+TEST_F(ContentCommandsTest, RemoveTheSameWithAnIndexAsWithAWalkEach) {
+  AddNestedContainers(doc.AddPage());
+  for (const std::vector<int>& mcids : std::vector<std::vector<int>>{
+           {3, 3, 3, 3, 3}, {4, 4, 3, 3}, {5, 4, 4}, {3, 5, 4, 3, 3}, {-1, 9, 4, 5}, {-1, -1}, {9}}) {
+    std::string contents[2];
+    for (const bool isIndexed : {false, true}) {
+      Open();
+      MarkedContentIndex index;
+      RemoveMarkedContentCmd command;
+      command.cosPage = CosPage();
+      if (isIndexed) command.index = &index;
+      for (const int mcid : mcids) {
+        command.mcid = mcid;
+        command.Execute();
+      }
+      contents[isIndexed ? 1 : 0] = SavedContent();
+    }
+    EXPECT_EQ(contents[0], contents[1]) << testing::PrintToString(mcids);
+  }
+}
+
+TEST_F(ContentCommandsTest, RemoveNothingInsideWhatIsRemovedAlready) {
+  AddNestedContainers(doc.AddPage());
+  Open();
+  MarkedContentIndex index;
+  RemoveMarkedContentCmd command;
+  command.cosPage = CosPage();
+  command.mcid = 3;
+  command.index = &index;
+  command.Execute();
+  EXPECT_THAT(SavedContent(), HasSubstr("(6)"));
+  command.Execute();
+  EXPECT_THAT(SavedContent(), Not(HasSubstr("(6)")));
+}
+
 TEST_F(ContentCommandsTest, ReleaseThePageThatTheyAcquire) {
   doc.AddPage().Add(Image(1, 1));
   Open();

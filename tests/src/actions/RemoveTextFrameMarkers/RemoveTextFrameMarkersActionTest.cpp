@@ -113,6 +113,26 @@ TEST_F(RemoveTextFrameMarkersTest, RemovesTheFirstContainerOfAnMcidOnly) {
   EXPECT_THAT(content, HasSubstr("(second)"));
 }
 
+TEST_F(RemoveTextFrameMarkersTest, WalksAPageOnceForAllItsMarkers) {
+  constexpr std::size_t kMarkers = 500;
+  Element document("Document");
+  for (std::size_t i = 0; i < kMarkers; ++i) {
+    document.Add(Element("Span").Alt(u"TEXTFRAME_START").Text(page, "start"));
+    document.Add(Element("P").Text(page, "text"));
+  }
+  doc.Tree({document});
+  OpenDocument open(doc.Write());
+  test::RecordingHost host;
+  {
+    const test::HostSession session(host.Tables());
+    EXPECT_EQ(open.Action(kRemoveFrameMarkers), kSuccess);
+  }
+  const std::size_t elements = 4 * kMarkers;  // containers, and the text in each
+  EXPECT_LT(host.Count(Operation::PDEContentGetElem), 4 * elements);
+  EXPECT_LT(host.Count(Operation::PDEContainerGetDict), 2 * elements);
+  EXPECT_THAT(ReadBack(open.Save()).Content(1), Not(HasSubstr("(start)")));
+}
+
 TEST_F(RemoveTextFrameMarkersTest, PassesOverTheKidBehindARemovedObjectReference) {
   doc.Tree({Element("Document")({Element("Span")
                                      .Alt(u"TEXTFRAME_START")
