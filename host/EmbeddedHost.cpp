@@ -143,6 +143,10 @@ void TGXHost_DropUnchangedContent(PDDoc document) {
   CodeOf([&] { Document::Of(document).Contents().DropUnchanged(); });
 }
 
+size_t TGXHost_EditCount(PDDoc document) {
+  return Answer(size_t{0}, [&] { return Document::Of(document).Edits(); });
+}
+
 size_t TGXHost_RemovedContentCount(PDDoc document) {
   return Answer(size_t{0}, [&] { return Document::Of(document).Contents().Removed().size(); });
 }

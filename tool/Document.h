@@ -31,6 +31,9 @@ class Document {
 
   StepResult Run(const StepCall& step);
 
+  /// How many edits the document has seen so far.
+  std::size_t Edits() const { return TGXHost_EditCount(handle_); }
+
   /// Keeps the content of pages from one step for the next: for many steps that look at the pages.
   void KeepContent() { keepsContent_ = true; }
 

@@ -7,6 +7,7 @@
 #include "tool/EmptyCells.h"
 #include "tool/Files.h"
 #include "tool/Guard.h"
+#include "tool/Hindrances.h"
 #include "tool/HostCalls.h"
 #include "tool/MarkTexts.h"
 #include "tool/Messages.h"
@@ -83,14 +84,17 @@ class Repair {
       entry.call = step;
       const auto undone = undone_.find(step.name);
       if (undone != undone_.end()) {
-        entry.undoneFor = undone->second;
+        entry.skippedFor = undone->second;
         continue;
       }
+      const std::size_t edits = document.Edits();
       entry.result = Run(document, step);
+      entry.changed = document.Edits() != edits;
       if (const std::optional<Loss> loss = guard.Check(step.name)) {
-        undone_.emplace(step.name, *loss);
+        undone_.emplace(step.name, Hindrance{loss->page, loss->reason});
         return false;
       }
+      if (entry.result.code != 0) LookForHindrance(document, entry);
       if (entry.result.code != 0 && !options_.keepGoing) break;
     }
     return true;
@@ -103,6 +107,18 @@ class Repair {
     StepResult result = document.Run(step);
     cells.PutBack();
     return result;
+  }
+
+  /// A step that failed before it changed anything, for a reason that lies in the document, does not apply to it.
+  static void LookForHindrance(const Document& document, StepReport& step) {
+    const std::optional<Hindrance> hindrance = FindHindrance(document.Handle(), step.call.name);
+    if (!hindrance) return;
+    if (*step.changed) {
+      step.result.error += (step.result.error.empty() ? "" : "; ") + hindrance->reason;
+    } else {
+      step.skippedFor = hindrance;
+      step.result = StepResult();
+    }
   }
 
   void NoteFailures() {
@@ -118,7 +134,7 @@ class Repair {
   Progress& progress_;
   FileVersion version_;
   Report report_;
-  std::map<std::string, Loss> undone_;  ///< by the names of the steps
+  std::map<std::string, Hindrance> undone_;  ///< by the names of the steps
 };
 
 }  // namespace

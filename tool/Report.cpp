@@ -20,16 +20,25 @@ Json AsJson(const StepReport& step) {
   }
   object["result"] = step.result.code;
   object["error"] = step.result.error;
-  if (step.undoneFor) object["skipped"] = {{"page", step.undoneFor->page}, {"reason", step.undoneFor->reason}};
+  if (step.changed) object["changed"] = *step.changed;
+  if (step.skippedFor) {
+    Json& skipped = object["skipped"] = Json::object();
+    if (step.skippedFor->page != 0) skipped["page"] = step.skippedFor->page;
+    skipped["reason"] = step.skippedFor->reason;
+  }
   return object;
 }
 
 std::string AsText(const StepReport& step) {
   std::string line = step.call.name + ": ";
-  if (step.undoneFor) {
-    line += "skipped: page " + std::to_string(step.undoneFor->page) + ": " + step.undoneFor->reason;
+  if (step.skippedFor) {
+    line += "skipped: ";
+    if (step.skippedFor->page != 0) line += "page " + std::to_string(step.skippedFor->page) + ": ";
+    line += step.skippedFor->reason;
+  } else if (step.result.code != 0) {
+    line += "failed with " + std::to_string(step.result.code);
   } else {
-    line += step.result.code == 0 ? "done" : "failed with " + std::to_string(step.result.code);
+    line += step.changed.value_or(true) ? "done" : "nothing to do";
   }
   if (!step.result.error.empty()) line += ": " + step.result.error;
   return OneLine(line) + "\n";

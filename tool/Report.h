@@ -5,7 +5,7 @@
 #include <vector>
 
 #include "tool/Census.h"
-#include "tool/Guard.h"
+#include "tool/Hindrances.h"
 #include "tool/StepResult.h"
 #include "tool/Steps.h"
 
@@ -14,7 +14,8 @@ namespace tgx::tool {
 struct StepReport {
   StepCall call;
   StepResult result;
-  std::optional<Loss> undoneFor;  ///< set where the step was undone
+  std::optional<bool> changed;          ///< whether the document is another one after the step; where that was looked at
+  std::optional<Hindrance> skippedFor;  ///< set where the step was undone, or had nothing that it could do
 };
 
 /// What a repair found and changed, as counted in the document.

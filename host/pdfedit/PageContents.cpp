@@ -51,10 +51,14 @@ ASInt32 PageContents::McidOf(PDEContainer container) {
 void PageContents::Commit(PageModel& page) noexcept {
   try {
     page.Commit();
-    if (page.IsWaiting()) document_.MarkChanged();
   } catch (...) {
     failed_.push_back(page.PageIndex());
   }
+}
+
+void PageContents::Waits(PageModel& page) {
+  waiting_.push_back(page.PageIndex());
+  document_.MarkChanged();
 }
 
 void PageContents::WriteCommitted() {

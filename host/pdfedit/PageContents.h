@@ -65,7 +65,7 @@ class PageContents : public CosObserver {
   std::uint64_t UnknownEdits() const { return unknownEdits_; }
 
   /// Committed edits of a page wait to be written.
-  void Waits(PageModel& page) { waiting_.push_back(page.PageIndex()); }
+  void Waits(PageModel& page);
 
  private:
   struct Watched {

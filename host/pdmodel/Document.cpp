@@ -116,7 +116,7 @@ void Document::BeforeCosRead(const QPDFObjectHandle& container, std::string_view
 }
 
 void Document::AfterCosEdit(const QPDFObjectHandle& container, std::string_view key) {
-  changed_ = true;
+  MarkChanged();
   pages_->AfterCosEdit(container, key);
   annotations_->AfterCosEdit(container, key);
   structure_->AfterCosEdit(container, key);

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstddef>
 #include <deque>
 #include <memory>
 #include <string>
@@ -72,8 +73,11 @@ class Document {
   const std::deque<std::string>& Warnings();
 
   /// Whether anything has been edited since the document was opened. Saving rebuilds the parent tree only then.
-  bool IsChanged() const noexcept { return changed_; }
-  void MarkChanged() noexcept { changed_ = true; }
+  bool IsChanged() const noexcept { return edits_ != 0; }
+  void MarkChanged() noexcept { ++edits_; }
+
+  /// How often it was marked so far: the same number twice means that nothing was edited in between.
+  std::size_t Edits() const noexcept { return edits_; }
 
   /// Whether the document has been written linearized, which qpdf does once only.
   bool HasBeenLinearized() const noexcept { return linearized_; }
@@ -98,7 +102,7 @@ class Document {
   std::unique_ptr<AnnotationLists> annotations_;
   std::unique_ptr<StructureTree> structure_;
   std::unique_ptr<PageContents> contents_;
-  bool changed_ = false;
+  std::size_t edits_ = 0;
   bool linearized_ = false;
 };
 

@@ -83,6 +83,10 @@ TGX_HOST_EXPORT void TGXHost_CutFrames(size_t depth);
 /* Gives back the memory of the parsed content of pages that nobody changed. Only between calls of the library's exports. */
 TGX_HOST_EXPORT void TGXHost_DropUnchangedContent(PDDoc document);
 
+/* How many edits the document has seen since it was opened; putting in the place of a value the same value counts. Who asks
+ * before and after a call of the library's exports learns whether the call changed anything. 0 for a dead handle. */
+TGX_HOST_EXPORT size_t TGXHost_EditCount(PDDoc document);
+
 /* Something that a page painted and does not paint any more, because an edit of its content took it away. */
 typedef struct TGXHostRemovedContent {
   uint32_t size;         /* sizeof(TGXHostRemovedContent); another value is kASBadParameter */

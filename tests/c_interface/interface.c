@@ -71,12 +71,14 @@ int main(int count, char** arguments) {
   CHECK(document != NULL);
   CHECK(TGXHost_WarningCount(document) == 0);
   CHECK(TGXHost_Warning(document, 0) == NULL);
+  CHECK(TGXHost_EditCount(document) == 0);
   CHECK(TGXHost_RemovedContentCount(document) == 0);
   CHECK(TGXHost_RemovedContent(document, 0, NULL) == kASBadParameter);
   CHECK(TGXHost_RemovedContentBox(document, 0, NULL) == kASBadParameter);
   CHECK(TGXHost_Tables()->version == kHostTablesVersion);
   CHECK(TGXHost_Tables()->pdModel->PDDocGetNumPages(document) > 0);
   RunLibrary(document);
+  CHECK(TGXHost_EditCount(document) > 0);
   Save(document);
   TGXHost_Close(document);
   TGXHost_Close(document);

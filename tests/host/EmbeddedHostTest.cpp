@@ -34,6 +34,23 @@ TEST_F(EmbeddedHost, SavesToMemoryAndOpensFromIt) {
   TGXHost_Close(again);
 }
 
+TEST_F(EmbeddedHost, CountsEditsAndNotWhatIsOnlyRead) {
+  const Opened doc(Sample("handbook.pdf"));
+  const HostTables* tables = TGXHost_Tables();
+  const PDPage page = tables->pdModel->PDDocAcquirePage(doc, 0);
+  const PDEContent content = tables->pagePDEContent->PDPageAcquirePDEContent(page, nullptr);
+  EXPECT_GT(tables->pdfEditRead->PDEContentGetNumElems(content), 0);
+  tables->pagePDEContent->PDPageSetPDEContent(page, nullptr);
+  EXPECT_EQ(TGXHost_EditCount(doc), 0U);
+  tables->pdfEditWrite->PDEContentRemoveElem(content, 0);
+  tables->pagePDEContent->PDPageSetPDEContent(page, nullptr);
+  const std::size_t edits = TGXHost_EditCount(doc);
+  EXPECT_GT(edits, 0U);
+  tables->pagePDEContent->PDPageSetPDEContent(page, nullptr);
+  EXPECT_EQ(TGXHost_EditCount(doc), edits);
+  EXPECT_EQ(TGXHost_EditCount(nullptr), 0U);
+}
+
 TEST_F(EmbeddedHost, NamesFileAndReasonWhenThereIsNoSuchFile) {
   const std::string path = Path("missing.pdf");
   EXPECT_EQ(TGXHost_OpenFile(path.c_str(), nullptr), nullptr);

@@ -10,6 +10,7 @@ namespace tgx::test {
 namespace {
 
 using testing::ElementsAre;
+using testing::EndsWith;
 using testing::HasSubstr;
 using testing::Not;
 using testing::StartsWith;
@@ -201,41 +202,48 @@ TEST_F(FixCommand, RefusesADocumentThatIsNotTagged) {
   EXPECT_FALSE(Exists(folder_ / "out.pdf"));
 }
 
-/// A reference to a note that is not there.
-void AddReferenceWithoutANote(TestDocument& document) {
+/// A table whose description has more cells than the table.
+void AddTableWithTooLongADescription(TestDocument& document) {
   Page& page = document.AddPage();
   document.Tree({Element("Document")({
-      Element("P").Text(page, "Words")({Element("Reference").Text(page, "1")}),
+      Element("Table")({
+          Element("TR")({Element("TD").Text(page, "a")}),
+          Element("Figure")
+              .Alt(u"[ATT]<Tables><Table type=\"3\"><Row index=\"0\"><Cell type=\"0\" row=\"0\" index=\"0\"/>"
+                   u"<Cell type=\"0\" row=\"0\" index=\"1\"/></Row></Table></Tables>")
+              .Image(page, 1, 1),
+      }),
       Element("P"),
   })});
 }
 
 TEST_F(FixCommand, FailedStepEndsTheRunAndTheMessageTellsTheWaysOut) {
   TestDocument document;
-  AddReferenceWithoutANote(document);
+  AddTableWithTooLongADescription(document);
   const ProcessResult result = Fix(document);
   EXPECT_EQ(result.status, 2);
-  EXPECT_EQ(result.err, Message("in.pdf: step footnote-links failed with 2; --skip footnote-links leaves it out, "
-                                "--keep-going goes on after it"));
-  EXPECT_THAT(result.out, HasSubstr("footnote-links: failed with 2\n"));
+  EXPECT_THAT(result.err, StartsWith("tgx: in.pdf: step table-metadata failed with 2: "));
+  EXPECT_THAT(result.err, EndsWith("; --skip table-metadata leaves it out, --keep-going goes on after it\n"));
+  EXPECT_THAT(result.out, HasSubstr("table-metadata: failed with 2: "));
   EXPECT_THAT(result.out, HasSubstr("nothing was written\n"));
   EXPECT_FALSE(Exists(folder_ / "out.pdf"));
 }
 
 TEST_F(FixCommand, KeepGoingRunsTheRestAndSaves) {
   TestDocument document;
-  AddReferenceWithoutANote(document);
+  AddTableWithTooLongADescription(document);
   const ProcessResult result = Fix(document, {"--keep-going"});
   EXPECT_EQ(result.status, 2);
-  EXPECT_EQ(result.err, Message("in.pdf: step footnote-links failed with 2"));
+  EXPECT_THAT(result.err, StartsWith("tgx: in.pdf: step table-metadata failed with 2: "));
+  EXPECT_THAT(result.err, Not(HasSubstr("--skip")));
   EXPECT_THAT(result.out, HasSubstr("remove-empty-tags: done\n"));
-  EXPECT_THAT(TreeText(Output()), Not(HasSubstr("  P\n  P")));
+  EXPECT_THAT(TreeText(Output()), Not(HasSubstr("  P\n")));
 }
 
 TEST_F(FixCommand, SkippingTheFailingStepGoesWell) {
   TestDocument document;
-  AddReferenceWithoutANote(document);
-  EXPECT_EQ(Fix(document, {"--skip", "footnote-links"}).status, 0);
+  AddTableWithTooLongADescription(document);
+  EXPECT_EQ(Fix(document, {"--skip", "table-metadata"}).status, 0);
 }
 
 TEST_F(FixCommand, TakesListsOfStepsInOneOrSeveralOptions) {
@@ -247,7 +255,7 @@ TEST_F(FixCommand, TakesListsOfStepsInOneOrSeveralOptions) {
   EXPECT_THAT(result.out, Not(HasSubstr("mathml")));
   EXPECT_THAT(result.out, Not(HasSubstr("footnote-links")));
   EXPECT_THAT(result.out, Not(HasSubstr("end-notes")));
-  EXPECT_THAT(result.out, HasSubstr("table-layout: done\n"));
+  EXPECT_THAT(result.out, HasSubstr("table-layout: nothing to do\n"));
 }
 
 TEST_F(FixCommand, NamesAStepThatItDoesNotKnow) {

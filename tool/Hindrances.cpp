@@ -1,0 +1,153 @@
+#include "tool/Hindrances.h"
+
+#include <utility>
+#include <vector>
+
+#include "tool/Elements.h"
+#include "tool/HostCalls.h"
+#include "tool/Marks.h"
+#include "tool/PageNumbers.h"
+#include "tool/TextString.h"
+
+namespace tgx::tool {
+namespace {
+
+std::int32_t PageOfKid(PDSElement parent, ASInt32 index, PageNumbers& pages) {
+  CosObj page = {};
+  PDSElementGetKid(parent, index, nullptr, nullptr, &page);
+  return pages.NumberOf(page);
+}
+
+/// Calls `enter(element, context of its parent)` and `content(element, index, mcid, context)` for its marked content.
+template <typename Context, typename Enter, typename Content>
+void WalkContent(PDDoc document, const Context& top, Enter enter, Content content) {
+  const KidTypes types;
+  const auto other = [&](PDSElement element, ASInt32 index, ASAtom type, ASInt32 mcid, const Context& own) {
+    if (type == types.markedContent) content(element, index, mcid, own);
+  };
+  ElementWalk<Context, Enter, decltype(other)>(enter, other).Walk(document, top);
+}
+
+/// References to footnotes, or footnotes, that are not linked yet.
+class FootnoteParts {
+ public:
+  explicit FootnoteParts(PDDoc document) {
+    WalkContent(
+        document, Around(), [this](PDSElement element, const Around& around) { return Enter(element, around); },
+        [this](PDSElement element, ASInt32 index, ASInt32, const Around& around) {
+          if (around.reference != kNone) AddPage(references_[around.reference], element, index);
+          if (around.note != kNone) AddPage(notes_[around.note], element, index);
+        });
+  }
+
+  std::optional<Hindrance> Find() const {
+    if (references_.size() != notes_.size()) return Hindrance{0, Numbers()};
+    for (std::size_t i = 0; i < references_.size(); ++i) {
+      if (!references_[i].hasContent || (notes_[i].page != 0 && references_[i].page != 0)) continue;
+      const char* part = references_[i].page == 0 ? "the reference to footnote " : "footnote ";
+      return Hindrance{references_[i].page, part + std::to_string(i + 1) + " has no content on any page"};
+    }
+    return std::nullopt;
+  }
+
+ private:
+  static constexpr std::size_t kNone = static_cast<std::size_t>(-1);
+  struct Around {
+    std::size_t reference = kNone, note = kNone;
+    bool isLinked = false;
+  };
+  /// Where the first of the content lies; 0 for no page.
+  struct Part {
+    bool hasContent = false;
+    std::int32_t page = 0;
+  };
+
+  Around Enter(PDSElement element, const Around& around) {
+    const ASAtom type = PDSElementGetType(element);
+    Around own = around;
+    own.isLinked = around.isLinked || type == link_;
+    if (around.isLinked || (type != reference_ && type != note_) || HoldsOnlyALink(element)) return own;
+    std::vector<Part>& parts = type == reference_ ? references_ : notes_;
+    (type == reference_ ? own.reference : own.note) = parts.size();
+    parts.emplace_back();
+    return own;
+  }
+
+  /// What the step leaves of an element whose kids it has linked.
+  bool HoldsOnlyALink(PDSElement element) const {
+    if (PDSElementGetNumKids(element) != 1) return false;
+    if (PDSElementGetKid(element, 0, nullptr, nullptr, nullptr) != types_.element) return false;
+    const PDSElement link = KidOf(element, 0);
+    if (PDSElementGetType(link) != link_) return false;
+    const ASInt32 count = PDSElementGetNumKids(link);
+    for (ASInt32 i = 0; i < count; ++i) {
+      if (PDSElementGetKid(link, i, nullptr, nullptr, nullptr) == types_.object) return true;
+    }
+    return false;
+  }
+
+  void AddPage(Part& part, PDSElement element, ASInt32 index) {
+    if (!part.hasContent) part.page = PageOfKid(element, index, pages_);
+    part.hasContent = true;
+  }
+
+  std::string Numbers() const {
+    const std::string references = Number(references_.size(), "Reference");
+    const std::string notes = Number(notes_.size(), "Note");
+    if (notes_.empty()) return references + ", but no Note to link with";
+    if (references_.empty()) return notes + ", but no Reference to link with";
+    return references + " and " + notes + ", which can only be linked in pairs";
+  }
+
+  static std::string Number(std::size_t number, const std::string& what) {
+    return std::to_string(number) + " " + what + (number == 1 ? "" : "s");
+  }
+
+  std::vector<Part> references_, notes_;
+  PageNumbers pages_;
+  KidTypes types_;
+  ASAtom reference_ = ASAtomFromString("Reference"), note_ = ASAtomFromString("Note"), link_ = ASAtomFromString("Link");
+};
+
+/// The step asks every piece of marked content for its page.
+std::optional<Hindrance> FindContentWithoutAPage(PDDoc document) {
+  struct Nothing {};
+  std::optional<Hindrance> found;
+  std::size_t count = 0;
+  PageNumbers pages;
+  WalkContent(
+      document, Nothing(), [](PDSElement, const Nothing&) { return Nothing(); },
+      [&](PDSElement element, ASInt32 index, ASInt32 mcid, const Nothing&) {
+        if (PageOfKid(element, index, pages) != 0) return;
+        if (++count > 1) return;
+        const std::string type = DecodeName(ASAtomGetString(PDSElementGetType(element)));
+        found = Hindrance{0, "mcid " + std::to_string(mcid) + " of an element " + type};
+      });
+  if (!found) return std::nullopt;
+  if (count > 1) found->reason += " and " + std::to_string(count - 1) + " more";
+  found->reason += " in the structure tree " + std::string(count > 1 ? "belong" : "belongs") +
+                   " to no page, so how much text each language has cannot be counted";
+  return found;
+}
+
+std::optional<Hindrance> FindMissingDescriptions(PDDoc document) {
+  bool found = false;
+  ForEachElement(document, [&found](PDSElement element) {
+    if (!found && PDSElementHasAlt(element) != 0)
+      found = MarkOfAlt(DecodeTextString(TextOf(element, PDSElementGetAlt))) == kTableData;
+  });
+  if (found) return std::nullopt;
+  return Hindrance{0, "no table has a description"};
+}
+
+}  // namespace
+
+std::optional<Hindrance> FindHindrance(PDDoc document, const std::string& step) {
+  const HostFrame frame;
+  if (step == "footnote-links") return FootnoteParts(document).Find();
+  if (step == "main-language") return FindContentWithoutAPage(document);
+  if (step == "table-metadata") return FindMissingDescriptions(document);
+  return std::nullopt;
+}
+
+}  // namespace tgx::tool
