@@ -6,6 +6,7 @@
 #include "tool/Census.h"
 #include "tool/EmptyCells.h"
 #include "tool/Files.h"
+#include "tool/FormAppearances.h"
 #include "tool/Guard.h"
 #include "tool/Hindrances.h"
 #include "tool/HostCalls.h"
@@ -100,9 +101,16 @@ class Repair {
     return true;
   }
 
-  /// The step, and after one that removes elements without content the cells that a table needs.
+  /// The step, and what has to follow it.
   static StepResult Run(Document& document, const StepCall& step) {
-    if (step.name != "remove-empty-tags") return document.Run(step);
+    if (step.name == "remove-empty-tags") return RemoveEmptyTags(document, step);
+    StepResult result = document.Run(step);
+    if (step.name == "sync-forms" && result.code == 0) KeepCopiedAppearances(document.Handle(), step.path);
+    return result;
+  }
+
+  /// Puts the cells back that tables need.
+  static StepResult RemoveEmptyTags(Document& document, const StepCall& step) {
     const EmptyCells cells(document.Handle());
     StepResult result = document.Run(step);
     cells.PutBack();
