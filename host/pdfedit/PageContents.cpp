@@ -123,7 +123,8 @@ void PageContents::Unwatch(const QPDFObjectHandle& dictionary, ASInt32 pageIndex
 }
 
 void PageContents::DropUnchanged() {
-  replaced_.clear();
+  const auto isUnchanged = [](const std::unique_ptr<PageModel>& page) { return !page->IsEdited(); };
+  replaced_.erase(std::remove_if(replaced_.begin(), replaced_.end(), isUnchanged), replaced_.end());
   for (auto& page : pages_) {
     if (page == nullptr || page->IsEdited()) continue;
     Forget(page->PageIndex());

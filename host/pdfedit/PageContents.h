@@ -39,7 +39,7 @@ class PageContents : public CosObserver {
   /// Serialises the committed edits that wait, and throws the first failure that a commit had to keep to itself.
   void WriteCommitted();
 
-  /// Forgets the models of pages that nobody changed, and those of content that is no longer in the document. Only while no
+  /// Forgets the models of pages that nobody changed, also of content that is no longer in the document. Only while no
   /// content handle is in use.
   void DropUnchanged();
 
@@ -87,7 +87,7 @@ class PageContents : public CosObserver {
   std::vector<ASInt32> failed_;   ///< pages whose commit failed
   std::vector<RemovedElement> removed_;
   std::vector<std::unique_ptr<PageModel>> pages_;
-  std::vector<std::unique_ptr<PageModel>> replaced_;                  ///< kept for their handles
+  std::vector<std::unique_ptr<PageModel>> replaced_;                  ///< kept for their handles, and for Removed
   std::unordered_multimap<const QPDFObject*, ASInt32> streamArrays_;  ///< the arrays of the streams of pages in pages_
 };
 

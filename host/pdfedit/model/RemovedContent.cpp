@@ -36,10 +36,10 @@ std::size_t OwnCharacters(const TextLayout& original, const std::vector<EditedRu
 
 TGXHostRemovedContent DescribeRemoved(PageContents& contents, std::size_t index) {
   const RemovedElement entry = EntryAt(contents, index);
-  PageModel& page = contents.Of(entry.pageIndex);
+  PageModel& page = *entry.page;
   TGXHostRemovedContent content = {};
   content.size = sizeof content;
-  content.page = entry.pageIndex;
+  content.page = page.PageIndex();
   content.kind = page.At(entry.number).type;
   content.mcid = McidAround(page, entry.number);
   if (content.kind == kPDEImage) {
@@ -52,7 +52,7 @@ TGXHostRemovedContent DescribeRemoved(PageContents& contents, std::size_t index)
 
 ASFixedRect BoxOfRemoved(PageContents& contents, std::size_t index) {
   const RemovedElement entry = EntryAt(contents, index);
-  PageModel& page = contents.Of(entry.pageIndex);
+  PageModel& page = *entry.page;
   const bool isText = page.At(entry.number).type == kPDEText;
   return (isText ? page.OriginalLayout(entry.number).Bounds() : page.BoxOf(entry.number)).Fixed();
 }
@@ -69,7 +69,7 @@ void PageModel::NoteRemoval(std::uint32_t root) {
       at = element.next;
       continue;
     }
-    if (element.type != kPDEContainer && element.type != kPDEPlace) contents_.NoteRemoved({pageIndex_, at});
+    if (element.type != kPDEContainer && element.type != kPDEPlace) contents_.NoteRemoved({this, at});
     ++at;
   }
 }
@@ -79,7 +79,7 @@ void PageModel::NoteShortening(std::uint32_t text) {
   const TextEdit& edit = textEdits_.at(text);
   const TextLayout& original = OriginalLayout(text);
   const std::size_t before = edit.isCommitted ? OwnCharacters(original, edit.committed) : original.Chars().size();
-  if (OwnCharacters(original, edit.runs) < before) contents_.NoteRemoved({pageIndex_, text});
+  if (OwnCharacters(original, edit.runs) < before) contents_.NoteRemoved({this, text});
 }
 
 }  // namespace tgx::host

@@ -9,10 +9,11 @@
 namespace tgx::host {
 
 class PageContents;
+class PageModel;
 
 /// An element of a page's model that the page does not paint any more, or not all of.
 struct RemovedElement {
-  ASInt32 pageIndex;
+  PageModel* page;  ///< not always the present one of its page: a client may have put other content there since
   std::uint32_t number;
 };
 

@@ -103,6 +103,21 @@ TEST(RemovedContent, HasTheBoxThatItHadOnThePage) {
   EXPECT_EQ(text.right, 62 * kOne);
 }
 
+TEST(RemovedContent, OutlivesContentThatAClientPutsInItsPlace) {
+  ContentDocument document("/Im Do q 20 0 0 30 5 7 cm /P <</MCID 3>> BDC /Im Do EMC Q");
+  const PDDoc handle = document.Host()->Handle();
+  document.Remove({1, 0});
+  document.Commit();
+  Cos().CosDictPutKeyString(document.Host()->HandleOf(document.Dictionary()), "Contents",
+                            document.Host()->HandleOf(document.Host()->Pdf().newStream("0 0 9 9 re f")));
+  EXPECT_EQ(document.Tree(), "path");
+  TGXHost_DropUnchangedContent(handle);
+  EXPECT_EQ(Lost(document), Lines({"image 1x1 #3"}));
+  ASFixedRect box = {};
+  ASSERT_EQ(TGXHost_RemovedContentBox(handle, 0, &box), kASNoError);
+  EXPECT_EQ(box.right, 25 * 0x10000);
+}
+
 TEST(RemovedContent, RefusesAnIndexPastTheLastAndARecordOfAnotherSize) {
   ContentDocument document("/Im Do");
   const PDDoc handle = document.Host()->Handle();
