@@ -4,6 +4,7 @@
 
 #include "host/pdfedit/StreamData.h"
 #include "host/pdfedit/fonts/CMapReader.h"
+#include "host/pdfedit/fonts/FontParts.h"
 #include "host/pdfedit/fonts/PredefinedCMaps.h"
 #include "host/pdfedit/fonts/SharedResources.h"
 
@@ -11,7 +12,6 @@ namespace tgx::host {
 namespace {
 
 constexpr std::size_t kLargestCMap = std::size_t{16} << 20;
-constexpr int kDeepestChain = 8;  // of CMaps that rest on one another
 
 }  // namespace
 
@@ -99,19 +99,18 @@ std::shared_ptr<const CMap> CMap::LoadPredefined(std::string_view name) {
   return cmap;
 }
 
-std::shared_ptr<const CMap> CMap::Read(QPDFObjectHandle encoding) {
-  if (encoding.isStream()) return ReadStream(encoding, 0);
+std::shared_ptr<const CMap> CMap::ReadName(QPDFObjectHandle encoding) {
   const std::string name = encoding.isName() ? encoding.getName().substr(1) : std::string();
   std::shared_ptr<const CMap> cmap = Predefined(name);
   return cmap != nullptr ? cmap : Identity(name.ends_with("-V"));
 }
 
-std::shared_ptr<const CMap> CMap::ReadStream(QPDFObjectHandle stream, int depth) {
+std::shared_ptr<const CMap> CMap::ReadStream(QPDFObjectHandle stream, FontParts& parts, int depth) {
   QPDFObjectHandle dictionary = stream.getDict();
   QPDFObjectHandle used = dictionary.getKey("/UseCMap");
   std::shared_ptr<const CMap> base;
   if (used.isName()) base = Predefined(used.getName().substr(1));
-  if (used.isStream() && depth < kDeepestChain) base = ReadStream(used, depth + 1);
+  if (used.isStream() && depth < kDeepestChain) base = parts.CMapOf(used, depth + 1);
 
   const StreamData data = DecodeStream(stream, kLargestCMap);
   std::shared_ptr<const CMap> cmap = data.isDecoded ? Parse(data.bytes, base) : Identity(false);

@@ -13,6 +13,8 @@
 
 namespace tgx::host {
 
+class FontParts;
+
 /// The encoding of a composite font: how strings fall into codes, and the CID of each code.
 class CMap {
  public:
@@ -23,8 +25,14 @@ class CMap {
   /// length; CIDs are 0 when the system lacks the CMap's data. CMaps in use are shared.
   static std::shared_ptr<const CMap> Predefined(std::string_view name);
 
-  /// The value of a font's "Encoding": a name or a stream. Never null; what makes no sense is taken as Identity.
-  static std::shared_ptr<const CMap> Read(QPDFObjectHandle encoding);
+  /// The value of a font's "Encoding" that is no stream: a name. Never null; what makes no sense is taken as Identity.
+  static std::shared_ptr<const CMap> ReadName(QPDFObjectHandle encoding);
+
+  /// An embedded CMap, `depth` others above it, whose own "UseCMap" is one of the `parts`.
+  static std::shared_ptr<const CMap> ReadStream(QPDFObjectHandle stream, FontParts& parts, int depth);
+
+  /// How many CMaps may rest on one another.
+  static constexpr int kDeepestChain = 8;
 
   /// An embedded CMap. `base` is the map that it rests on, null if none; one that it names itself is found among the
   /// predefined ones.
@@ -45,7 +53,6 @@ class CMap {
   enum class UnicodeForm { kNone, kUtf8, kUtf16, kUtf32 };
   class Builder;
 
-  static std::shared_ptr<const CMap> ReadStream(QPDFObjectHandle stream, int depth);
   static std::shared_ptr<const CMap> LoadPredefined(std::string_view name);
 
   std::shared_ptr<const CMap> base_;  ///< has the CIDs of codes that this one does not map

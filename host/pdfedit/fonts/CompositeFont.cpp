@@ -1,6 +1,7 @@
 #include "host/pdfedit/fonts/CompositeFont.h"
 
 #include "host/pdfedit/fonts/FontDescriptor.h"
+#include "host/pdfedit/fonts/FontParts.h"
 #include "host/pdfedit/fonts/GlyphNames.h"
 #include "host/pdfedit/fonts/PredefinedCMaps.h"
 
@@ -28,17 +29,18 @@ std::string CollectionOf(QPDFObjectHandle descendant) {
 
 }  // namespace
 
-CompositeFont::CompositeFont(const QPDFObjectHandle& dictionary) : CompositeFont(dictionary, DescendantOf(dictionary)) {}
+CompositeFont::CompositeFont(const QPDFObjectHandle& dictionary, FontParts& parts)
+    : CompositeFont(dictionary, DescendantOf(dictionary), parts) {}
 
-CompositeFont::CompositeFont(QPDFObjectHandle dictionary, QPDFObjectHandle descendant)
-    : cmap_(CMap::Read(dictionary.getKey("/Encoding"))), metrics_(descendant, cmap_->IsVertical()) {
+CompositeFont::CompositeFont(QPDFObjectHandle dictionary, QPDFObjectHandle descendant, FontParts& parts)
+    : cmap_(parts.CMapOf(dictionary.getKey("/Encoding"))), metrics_(parts.MetricsOf(descendant, cmap_->IsVertical())) {
   const FontExtent extent = ReadFontExtent(descendant.getKey("/FontDescriptor"), std::nullopt);
   ascent_ = extent.ascent;
   descent_ = extent.descent;
 
   QPDFObjectHandle toUnicode = dictionary.getKey("/ToUnicode");
   hasToUnicode_ = toUnicode.isStream();
-  if (hasToUnicode_) toUnicode_ = ToUnicode::Read(toUnicode);
+  if (hasToUnicode_) toUnicode_ = parts.CharactersOf(toUnicode);
 
   collection_ = cmap_->Collection().empty() ? CollectionOf(descendant) : std::string(cmap_->Collection());
   const bool isIdentityMap = toUnicode.isName() && toUnicode.getName().starts_with("/Identity");
@@ -47,15 +49,15 @@ CompositeFont::CompositeFont(QPDFObjectHandle dictionary, QPDFObjectHandle desce
 
 double CompositeFont::Advance(Code code) const {
   const std::uint32_t cid = cmap_->CidOf(code);
-  return cmap_->IsVertical() ? metrics_.VerticalAdvance(cid) : metrics_.Width(cid);
+  return cmap_->IsVertical() ? metrics_->VerticalAdvance(cid) : metrics_->Width(cid);
 }
 
 Font::Vector CompositeFont::VerticalOrigin(Code code) const {
-  return cmap_->IsVertical() ? metrics_.VerticalOrigin(cmap_->CidOf(code)) : Vector{};
+  return cmap_->IsVertical() ? metrics_->VerticalOrigin(cmap_->CidOf(code)) : Vector{};
 }
 
 void CompositeFont::AppendUnicode(Code code, std::u16string& text) const {
-  if (toUnicode_.Append(code.value, text)) return;
+  if (toUnicode_ != nullptr && toUnicode_->Append(code.value, text)) return;
   if (cmap_->HasUnicodeCodes()) return AppendCodePoint(cmap_->CharacterOf(code), text);
   if (codesAreCharacters_) {
     if (code.value != 0) AppendCodePoint(code.value, text);

@@ -9,6 +9,8 @@
 
 namespace tgx::host {
 
+class FontParts;
+
 /// What page content needs to know of a font: how a string falls into character codes, how far each one moves the text
 /// position, and which characters it stands for. Lengths are in text space at font size 1, without character spacing, word
 /// spacing and horizontal scaling. A font is read once and does not change; all its questions are cheap.
@@ -25,6 +27,8 @@ class Font {
   };
 
   /// Reads a font dictionary. Never throws for a damaged one: what is missing or wrong is replaced by what viewers assume.
+  /// What it refers to is read once for all fonts that are given the same `parts`.
+  static std::unique_ptr<Font> Read(QPDFObjectHandle dictionary, FontParts& parts);
   static std::unique_ptr<Font> Read(QPDFObjectHandle dictionary);
 
   Font() = default;

@@ -64,14 +64,19 @@ FT_CharMap EncodingMap(FT_Face face) {
 
 }  // namespace
 
-BuiltInEncoding ReadBuiltInEncoding(QPDFObjectHandle descriptor) {
-  BuiltInEncoding encoding;
-  if (!descriptor.isDictionary()) return encoding;
-  std::string program;
+QPDFObjectHandle FontProgramOf(QPDFObjectHandle descriptor) {
+  QPDFObjectHandle program = QPDFObjectHandle::newNull();
+  if (!descriptor.isDictionary()) return program;
   for (const char* key : {"/FontFile", "/FontFile2", "/FontFile3"}) {
     QPDFObjectHandle file = descriptor.getKey(key);
-    if (file.isStream()) program = DecodeStream(file, kLargestFontFile).bytes;
+    if (file.isStream()) program = file;
   }
+  return program;
+}
+
+BuiltInEncoding ReadBuiltInEncoding(QPDFObjectHandle descriptor) {
+  BuiltInEncoding encoding;
+  const std::string program = DecodeStream(FontProgramOf(std::move(descriptor)), kLargestFontFile).bytes;
   if (program.empty()) return encoding;
 
   const FontFace holder(program);

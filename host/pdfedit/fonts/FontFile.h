@@ -13,7 +13,11 @@ struct BuiltInEncoding {
   bool isKnown = false;                ///< whether the file could be read and has an encoding
 };
 
-/// Reads the encoding of the font program in a font descriptor ("FontFile", "FontFile2", "FontFile3"): the encoding vector
+/// The font program of a font descriptor: the last of "FontFile", "FontFile2" and "FontFile3" that is a stream, null if none
+/// is.
+QPDFObjectHandle FontProgramOf(QPDFObjectHandle descriptor);
+
+/// Reads the encoding of the font program in a font descriptor: the encoding vector
 /// of Type 1 and CFF programs, the symbol or Macintosh character map with the glyph names of TrueType ones.
 BuiltInEncoding ReadBuiltInEncoding(QPDFObjectHandle descriptor);
 

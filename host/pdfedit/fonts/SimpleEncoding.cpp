@@ -5,7 +5,7 @@
 #include <charconv>
 #include <string_view>
 
-#include "host/pdfedit/fonts/FontFile.h"
+#include "host/pdfedit/fonts/FontParts.h"
 #include "host/pdfedit/fonts/GlyphNames.h"
 
 namespace tgx::host {
@@ -22,7 +22,8 @@ SimpleEncoding ToEncoding(const GlyphNames& names) {
   return encoding;
 }
 
-SimpleEncoding BaseOf(QPDFObjectHandle font, QPDFObjectHandle entry, const std::optional<StandardFont>& standardFont) {
+SimpleEncoding BaseOf(QPDFObjectHandle font, QPDFObjectHandle entry, const std::optional<StandardFont>& standardFont,
+                      FontParts& parts) {
   QPDFObjectHandle base = entry.isDictionary() ? entry.getKey("/BaseEncoding") : entry;
   if (base.isName()) {
     if (const GlyphNames* named = EncodingNamed(base.getName())) return ToEncoding(*named);
@@ -30,13 +31,13 @@ SimpleEncoding BaseOf(QPDFObjectHandle font, QPDFObjectHandle entry, const std::
   // A TrueType program knows names only for what its own map encodes, so it counts only where nothing else is said.
   const bool isTrueType = font.getKey("/Subtype").isNameAndEquals("/TrueType");
   if (!isTrueType || entry.isNull()) {
-    BuiltInEncoding builtIn = ReadBuiltInEncoding(font.getKey("/FontDescriptor"));
-    if (builtIn.isKnown && !isTrueType) return std::move(builtIn.names);
-    if (builtIn.isKnown) {
+    const std::shared_ptr<const BuiltInEncoding> builtIn = parts.EncodingOf(font.getKey("/FontDescriptor"));
+    if (builtIn->isKnown && !isTrueType) return builtIn->names;
+    if (builtIn->isKnown) {
       SimpleEncoding encoding = ToEncoding(WinAnsiEncoding());
       for (std::size_t code = 0; code < encoding.size(); ++code) {
         std::u16string characters;
-        if (AppendGlyphUnicode(builtIn.names[code], false, characters)) encoding[code] = builtIn.names[code];
+        if (AppendGlyphUnicode(builtIn->names[code], false, characters)) encoding[code] = builtIn->names[code];
       }
       return encoding;
     }
@@ -89,9 +90,9 @@ char32_t NumberInName(std::string_view name, bool isHexadecimal) {
 
 }  // namespace
 
-SimpleEncoding ReadSimpleEncoding(QPDFObjectHandle font, const std::optional<StandardFont>& standardFont) {
+SimpleEncoding ReadSimpleEncoding(QPDFObjectHandle font, const std::optional<StandardFont>& standardFont, FontParts& parts) {
   QPDFObjectHandle entry = font.getKey("/Encoding");
-  SimpleEncoding encoding = BaseOf(font, entry, standardFont);
+  SimpleEncoding encoding = BaseOf(font, entry, standardFont, parts);
   if (entry.isDictionary()) ApplyDifferences(entry.getKey("/Differences"), encoding);
   return encoding;
 }

@@ -4,9 +4,9 @@
 #include <optional>
 
 #include "host/pdfedit/fonts/FontDescriptor.h"
+#include "host/pdfedit/fonts/FontParts.h"
 #include "host/pdfedit/fonts/SimpleEncoding.h"
 #include "host/pdfedit/fonts/StandardFonts.h"
-#include "host/pdfedit/fonts/ToUnicode.h"
 
 namespace tgx::host {
 namespace {
@@ -84,11 +84,11 @@ std::optional<FontExtent> Type3Extent(QPDFObjectHandle font, const GlyphSpace& s
 
 }  // namespace
 
-SimpleFont::SimpleFont(QPDFObjectHandle dictionary) {
+SimpleFont::SimpleFont(QPDFObjectHandle dictionary, FontParts& parts) {
   const std::string name = NameOf(dictionary);
   const std::optional<StandardFont> standardFont = StandardFont::Named(name);
   QPDFObjectHandle descriptor = dictionary.getKey("/FontDescriptor");
-  const SimpleEncoding encoding = ReadSimpleEncoding(dictionary, standardFont);
+  const SimpleEncoding encoding = ReadSimpleEncoding(dictionary, standardFont, parts);
 
   const GlyphSpace space = GlyphSpaceOf(dictionary);
   QPDFObjectHandle widths = dictionary.getKey("/Widths");
@@ -105,11 +105,11 @@ SimpleFont::SimpleFont(QPDFObjectHandle dictionary) {
 
   QPDFObjectHandle toUnicode = dictionary.getKey("/ToUnicode");
   hasToUnicode_ = toUnicode.isStream();
-  const ToUnicode map = hasToUnicode_ ? ToUnicode::Read(toUnicode) : ToUnicode();
+  const std::shared_ptr<const ToUnicode> map = hasToUnicode_ ? parts.CharactersOf(toUnicode) : nullptr;
   const std::array<std::u16string, 256> named = CharactersOf(encoding, name.ends_with("ZapfDingbats"));
   for (std::uint32_t code = 0; code < spans_.size(); ++code) {
     const std::size_t start = characters_.size();
-    if (!map.Append(code, characters_)) characters_ += named[code];
+    if (map == nullptr || !map->Append(code, characters_)) characters_ += named[code];
     spans_[code] = {static_cast<std::uint32_t>(start), static_cast<std::uint32_t>(characters_.size() - start)};
   }
 }

@@ -10,7 +10,7 @@ namespace tgx::host {
 /// Type 1, MMType1, TrueType and Type 3: codes of one byte.
 class SimpleFont : public Font {
  public:
-  explicit SimpleFont(QPDFObjectHandle dictionary);
+  SimpleFont(QPDFObjectHandle dictionary, FontParts& parts);
 
   Code NextCode(std::string_view bytes) const override { return {static_cast<std::uint8_t>(bytes[0]), 1}; }
   double Advance(Code code) const override { return advances_[code.value & 0xFF]; }

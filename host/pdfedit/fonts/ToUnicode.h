@@ -32,9 +32,9 @@ class ToUnicode {
  private:
   class Builder;
 
-  /// A character for each code of the range, or, counted from `kTextBase`, an item of `texts_`.
+  /// A character for each code of the range, or one of `texts_` for all of it.
   struct Target {
-    std::uint32_t value;
+    std::uint32_t value;  ///< what to add to a code, modulo 2^32, for its character; or the place in `texts_`
     bool isText;
   };
   /// A text of several characters; the last of them goes up with the code.

@@ -12,27 +12,32 @@
 
 namespace tgx::host {
 
+class DocumentFonts;
+class FontParts;
+
 /// A font dictionary that page content of a document uses.
 class DocumentFont {
  public:
-  DocumentFont(const QPDFObjectHandle& dictionary, void* document) : dictionary_(dictionary), document_(document) {}
+  DocumentFont(const QPDFObjectHandle& dictionary, DocumentFonts& document) : dictionary_(dictionary), document_(document) {}
 
   const QPDFObjectHandle& Dictionary() const noexcept { return dictionary_; }
   PDEFont Handle() const noexcept { return handle_; }
   /// Of which document's fonts this is one; only to be compared.
-  const void* Document() const noexcept { return document_; }
+  const void* Document() const noexcept { return &document_; }
 
   /// What the dictionary says, read when it is first needed.
   const Font& Metrics() {
-    if (!font_) font_ = Font::Read(dictionary_);
+    if (!font_) ReadMetrics();
     return *font_;
   }
 
  private:
   friend class DocumentFonts;
 
+  void ReadMetrics();
+
   QPDFObjectHandle dictionary_;
-  void* document_;
+  DocumentFonts& document_;
   std::unique_ptr<Font> font_;
   PDEFont handle_ = nullptr;
 };
@@ -40,7 +45,10 @@ class DocumentFont {
 /// The fonts of a document, one for each font dictionary, under one handle each.
 class DocumentFonts {
  public:
-  DocumentFonts() : records_(RecordKind::kFont, this) {}
+  DocumentFonts();
+  DocumentFonts(const DocumentFonts&) = delete;
+  DocumentFonts& operator=(const DocumentFonts&) = delete;
+  ~DocumentFonts();
 
   DocumentFont& Of(const QPDFObjectHandle& dictionary);
 
@@ -50,10 +58,12 @@ class DocumentFonts {
     char unused[kRecordSize - sizeof(void*)];
   };
   friend DocumentFont* FindFont(PDEObject handle);
+  friend class DocumentFont;
 
   std::deque<DocumentFont> fonts_;
   std::unordered_map<const QPDFObject*, DocumentFont*> known_;
   Slabs<Record> records_;
+  std::unique_ptr<FontParts> parts_;
 };
 
 /// The font behind a handle of an open document. Throws kASBadParameter, kASWrongType.

@@ -4,6 +4,8 @@
 
 #include <qpdf/QPDF.hh>
 
+#include "host/pdfedit/fonts/FontParts.h"
+
 namespace tgx::host {
 namespace {
 
@@ -75,9 +77,9 @@ TEST(CMap, WithoutCodeSpacesTheMappedCodesTellTheLength) {
 TEST(CMap, NonsenseIsIdentity) {
   const auto cmap = CMap::Parse("not a CMap", nullptr);
   EXPECT_EQ(CidOf(*cmap, "\x12\x34"), 0x1234u);
-  EXPECT_EQ(CidOf(*CMap::Read(QPDFObjectHandle::newNull()), "\x12\x34"), 0x1234u);
-  EXPECT_EQ(CidOf(*CMap::Read(QPDFObjectHandle::newName("/NoSuchMap")), "\x12\x34"), 0x1234u);
-  EXPECT_TRUE(CMap::Read(QPDFObjectHandle::newName("/NoSuchMap-V"))->IsVertical());
+  EXPECT_EQ(CidOf(*FontParts().CMapOf(QPDFObjectHandle::newNull()), "\x12\x34"), 0x1234u);
+  EXPECT_EQ(CidOf(*FontParts().CMapOf(QPDFObjectHandle::newName("/NoSuchMap")), "\x12\x34"), 0x1234u);
+  EXPECT_TRUE(FontParts().CMapOf(QPDFObjectHandle::newName("/NoSuchMap-V"))->IsVertical());
 }
 
 TEST(CMap, RestsOnAnother) {
@@ -95,7 +97,7 @@ TEST(CMap, StreamsNameTheirBaseAndWritingMode) {
   QPDFObjectHandle stream = file.newStream("1 begincidchar <41> 7 endcidchar");
   stream.getDict().replaceKey("/UseCMap", base);
   stream.getDict().replaceKey("/WMode", QPDFObjectHandle::newInteger(1));
-  const auto cmap = CMap::Read(stream);
+  const auto cmap = FontParts().CMapOf(stream);
   EXPECT_EQ(CidOf(*cmap, "A"), 7u);
   EXPECT_EQ(CidOf(*cmap, "B"), 166u);
   EXPECT_TRUE(cmap->IsVertical());
@@ -106,7 +108,7 @@ TEST(CMap, StreamThatRestsOnItselfEnds) {
   file.emptyPDF();
   QPDFObjectHandle stream = file.newStream("1 begincodespacerange <00> <FF> endcodespacerange");
   stream.getDict().replaceKey("/UseCMap", stream);
-  EXPECT_EQ(Lengths(*CMap::Read(stream), "ab"), (std::vector{1, 1}));
+  EXPECT_EQ(Lengths(*FontParts().CMapOf(stream), "ab"), (std::vector{1, 1}));
 }
 
 TEST(CMap, PredefinedMapsHaveTheirCodeLengths) {
