@@ -3,9 +3,12 @@
 #include <tgx/embedded_host.h>
 #include <tgx/tgx.h>
 
+#include <algorithm>
 #include <cstdio>
 #include <cstdlib>
 #include <functional>
+#include <numeric>
+#include <random>
 #include <string>
 #include <vector>
 
@@ -93,18 +96,41 @@ std::string OneFrame(int count) {
   return tree.Finish({tree.Element("P", {tree.Element("Figure", {}, Mark("222E", 1))}), tree.Element("Sect", frame)});
 }
 
-/// That many frames of one element in one holder, their anchors side by side.
-std::string ManyFrames(int count) {
+/// Captions of a list behind all of them, with a table in each.
+std::string CaptionsWithTables(int count) {
+  TreeMaker tree;
+  Kids kids;
+  for (int i = 0; i < count; ++i) {
+    kids.push_back(tree.Element("GT_CaptionListAtTop", {tree.Element("Table")}));
+    kids.push_back(tree.Element("P"));
+  }
+  kids.push_back(tree.Element("L"));
+  return tree.Finish(kids);
+}
+
+/// Frames of one element in one holder, in the order of the numbers; their anchors side by side, in ascending order.
+std::string Frames(const std::vector<int>& order) {
   TreeMaker tree;
   Kids anchors;
   Kids frames;
-  for (int i = 0; i < count; ++i) {
-    anchors.push_back(tree.Element("Figure", {}, Mark("222E", i)));
-    frames.push_back(tree.Element("Figure", {}, Mark("2264", i)));
+  for (const int frame : order) {
+    anchors.push_back(tree.Element("Figure", {}, Mark("222E", static_cast<int>(anchors.size()))));
+    frames.push_back(tree.Element("Figure", {}, Mark("2264", frame)));
     frames.push_back(tree.Element("P"));
-    frames.push_back(tree.Element("Figure", {}, Mark("2265", i)));
+    frames.push_back(tree.Element("Figure", {}, Mark("2265", frame)));
   }
   return tree.Finish({tree.Element("Sect", anchors), tree.Element("Sect", frames)});
+}
+std::vector<int> Ascending(int count) {
+  std::vector<int> order(static_cast<std::size_t>(count));
+  std::iota(order.begin(), order.end(), 0);
+  return order;
+}
+std::string ManyFrames(int count) { return Frames(Ascending(count)); }
+std::string ShuffledFrames(int count) {
+  std::vector<int> order = Ascending(count);
+  std::shuffle(order.begin(), order.end(), std::minstd_rand(7));
+  return Frames(order);
 }
 
 /// Tables in paragraphs of their own, side by side.
@@ -159,8 +185,10 @@ void InTwoSizes(benchmark::internal::Benchmark* benchmark) {
 BENCHMARK_CAPTURE(RunStep, one_group, OneGroup, Action(kGroupTags))->Apply(InTwoSizes);
 BENCHMARK_CAPTURE(RunStep, captions_of_tables, CaptionsOfTables, Action(kGroupTags))->Apply(InTwoSizes);
 BENCHMARK_CAPTURE(RunStep, captions_of_nothing, CaptionsOfNothing, Action(kGroupTags))->Apply(InTwoSizes);
+BENCHMARK_CAPTURE(RunStep, captions_with_tables, CaptionsWithTables, Action(kGroupTags))->Apply(InTwoSizes);
 BENCHMARK_CAPTURE(RunStep, one_frame, OneFrame, Action(kReshuffleFrames))->Apply(InTwoSizes);
 BENCHMARK_CAPTURE(RunStep, many_frames, ManyFrames, Action(kReshuffleFrames))->Apply(InTwoSizes);
+BENCHMARK_CAPTURE(RunStep, shuffled_frames, ShuffledFrames, Action(kReshuffleFrames))->Apply(InTwoSizes);
 BENCHMARK_CAPTURE(RunStep, tables_in_paragraphs, TablesInParagraphs, Fixups(kExtraParagraphs))->Apply(InTwoSizes);
 
 }  // namespace

@@ -104,6 +104,7 @@ CosObj HandleOfPage(StructureTree& tree, PageRef page) {
 
 ASAtom AnswerAboutKid(StructureTree& tree, NodeId parent, ASInt32 index, const KidQuestion& question) {
   const Kid kid = KidAt(tree, parent, index);
+  tree.Nodes()[parent].kids.NoteRead(static_cast<ASUns32>(index));
   QPDFObjectHandle& item = tree.Nodes().ItemOf(kid);
   PageRef pageRef = kNoPage;
   CosObj page = kNullObject;

@@ -33,21 +33,29 @@ ASUns32 FirstKid(const KidList& kids, Wanted wanted) {
   return kNoIndex;
 }
 
+/// From a place to both sides, for what stands in one place only.
+template <typename Wanted>
+ASUns32 NearestKid(const KidList& kids, ASUns32 start, Wanted wanted) {
+  ASUns32 behind = std::min(start, kids.Size());
+  ASUns32 before = behind;
+  while (before > 0 || behind < kids.Size()) {
+    if (behind < kids.Size() && wanted(kids[behind])) return behind;
+    if (before > 0 && wanted(kids[--before])) return before;
+    if (behind < kids.Size()) ++behind;
+  }
+  return kNoIndex;
+}
+
 /// Where an element first stands among the kids of a node.
 ASUns32 IndexOfElement(StructureTree& tree, NodeId parent, NodeId element) {
   const NodeStore& nodes = tree.Nodes();
   const KidList& kids = nodes[parent].kids;
   const auto isIt = [element](const Kid& kid) { return kid.IsElement() && kid.place == element; };
   if (nodes[element].holders == 0) return kNoIndex;
-  if (nodes[element].holders == 1) {
-    // It has one place only, which often is next to the last edit.
-    const ASUns32 near = kids.LastEdit();
-    for (ASUns32 i = near > 0 ? near - 1 : 0; i < std::min(near + 2, kids.Size()); ++i) {
-      if (isIt(kids[i])) return i;
-    }
-    if (kids.Size() > 0 && isIt(kids[kids.Size() - 1])) return kids.Size() - 1;
-  }
-  return FirstKid(kids, isIt);
+  if (nodes[element].holders > 1) return FirstKid(kids, isIt);
+  if (kids.LastRead() < kids.Size() && isIt(kids[kids.LastRead()])) return kids.LastRead();
+  if (kids.Size() > 0 && isIt(kids[kids.Size() - 1])) return kids.Size() - 1;
+  return NearestKid(kids, kids.LastEdit(), isIt);
 }
 
 bool StandsBelow(const NodeStore& nodes, NodeId top, NodeId wanted) {

@@ -59,6 +59,10 @@ class KidList {
   /// The index at which the last edit was made: a good place to start looking for the next.
   ASUns32 LastEdit() const noexcept { return gap_ < size_ ? gap_ : size_; }
 
+  /// The index that a client asked about last: what it is going to edit has often just been looked up.
+  ASUns32 LastRead() const noexcept { return lastRead_; }
+  void NoteRead(ASUns32 index) noexcept { lastRead_ = index; }
+
  private:
   ASUns32 Slot(ASUns32 index) const noexcept { return index < gap_ ? index : index + (capacity_ - size_); }
   void MoveGap(ASUns32 index) noexcept;
@@ -67,6 +71,7 @@ class KidList {
   ASUns32 size_ = 0;
   ASUns32 capacity_ = 0;
   ASUns32 gap_ = 0;  ///< where the unused slots stand
+  ASUns32 lastRead_ = 0;
 };
 
 }  // namespace tgx::host

@@ -9,12 +9,8 @@
 namespace tgx {
 namespace {
 
-// Puts `element` where the kid at `index` stands; that one moves behind it.
-void InsertBefore(PDSElement parent, PDSElement element, int index) { PDSElementInsertKid(parent, element, index - 1); }
-
-bool HoldsTarget(PDSElement element) {
-  return !TagStructureWalker::IsNull(TagStructureWalker::FindDescendantByType(element, ASAtomFromString("L"))) ||
-         !TagStructureWalker::IsNull(TagStructureWalker::FindDescendantByType(element, ASAtomFromString("Table")));
+bool Holds(PDSElement element, ASAtom type) {
+  return !TagStructureWalker::IsNull(TagStructureWalker::FindDescendantByType(element, type));
 }
 
 }  // namespace
@@ -71,7 +67,7 @@ void FixGroupTagsAction::Handle(const Work& work) {
 void FixGroupTagsAction::MakeGroup(PDSElement element, const char* type) {
   const Paragraphs paragraphs = TakeParagraphs(element);
   const PDSElement group = NewElementOver(paragraphs, type);
-  InsertBefore(paragraphs.parent, group, paragraphs.index);
+  places_.Insert(paragraphs.parent, group, paragraphs.index - 1);  // where the first paragraph stood
   FinishParagraphs(paragraphs);
 }
 
@@ -81,8 +77,8 @@ void FixGroupTagsAction::MakeCaption(PDSElement element, const char* targetType,
   if (!TagStructureWalker::IsNull(target)) {
     const PDSElement parent = GetParent(element);
     const int index = places_.IndexOf(parent, element);
-    PDSElementRemoveKid(GetParent(target), target);
-    InsertBefore(parent, target, index);
+    places_.Remove(GetParent(target), target);
+    places_.Insert(parent, target, index - 1);  // directly before the element
   } else {
     target = neighbours_.Find(element, type, direction == Direction::kForward ? 1 : -1);
     // Nothing to give the caption to: it keeps its private type.
@@ -90,9 +86,13 @@ void FixGroupTagsAction::MakeCaption(PDSElement element, const char* targetType,
   }
   const Paragraphs paragraphs = TakeParagraphs(element);
   const PDSElement caption = NewElementOver(paragraphs, "Caption");
-  PDSElementInsertKid(target, caption, direction == Direction::kForward ? kPDSBeforeFirst : PDSElementGetNumKids(target));
+  places_.Insert(target, caption, direction == Direction::kForward ? kPDSBeforeFirst : PDSElementGetNumKids(target));
+  // What the target's own type is may move in unseen: searches for it end at the target.
+  const ASAtom otherType = ASAtomFromString(type == ASAtomFromString("L") ? "Table" : "L");
   const auto& moved = paragraphs.elements;
-  if (std::any_of(moved.begin(), moved.end(), HoldsTarget)) neighbours_.Forget();
+  if (std::any_of(moved.begin(), moved.end(), [&](PDSElement paragraph) { return Holds(paragraph, otherType); })) {
+    neighbours_.ForgetSearchesPast(caption, otherType);
+  }
   FinishParagraphs(paragraphs);
 }
 
@@ -107,7 +107,7 @@ FixGroupTagsAction::Paragraphs FixGroupTagsAction::TakeParagraphs(PDSElement ele
     if (PDSElementGetType(kid) != type) break;
     paragraphs.elements.push_back(kid);
   }
-  for (const PDSElement paragraph : paragraphs.elements) PDSElementRemoveKid(parent, paragraph);
+  for (const PDSElement paragraph : paragraphs.elements) places_.Remove(parent, paragraph);
   return paragraphs;
 }
 

@@ -15,12 +15,29 @@ std::optional<PDSElement> AnswerAt(PDSElement parent, int index, ASAtom type, Co
   return found;
 }
 
+// A place among kids, counted from the end that a search goes towards, and back.
+int Mirrored(int place, ASInt32 count, int step) { return step > 0 ? count - 1 - place : place; }
+
 }  // namespace
 
 PDSElement NeighbourSearch::Find(PDSElement element, ASAtom type, int step) {
   if (PDSElementGetType(element) == type) return element;
   const std::optional<Place> place = PlaceBesideOthers(element);
   return place ? SearchFrom(*place, type, step) : CosNewNull();
+}
+
+void NeighbourSearch::ForgetSearchesPast(PDSElement element, ASAtom type) {
+  PDSElement lower = element;
+  PDSElement parent = TagStructureWalker::GetParentElement(lower);
+  for (; !TagStructureWalker::IsNull(parent); parent = TagStructureWalker::GetParentElement(lower)) {
+    for (const int step : {1, -1}) {
+      const auto scan = scans_.find({BitsOf(parent), type, step});
+      if (scan == scans_.end()) continue;
+      const int at = Mirrored(places_.IndexOf(parent, lower), PDSElementGetNumKids(parent), step);
+      if (scan->second.to <= at && at < scan->second.from) scans_.erase(scan);
+    }
+    lower = parent;
+  }
 }
 
 std::optional<NeighbourSearch::Place> NeighbourSearch::PlaceBesideOthers(PDSElement element) {
@@ -37,7 +54,7 @@ std::optional<NeighbourSearch::Place> NeighbourSearch::PlaceBesideOthers(PDSElem
 // From here on the search stays among the kids of this parent: a kid that is not the answer is searched from in turn.
 PDSElement NeighbourSearch::SearchFrom(const Place& place, ASAtom type, int step) {
   const ASInt32 count = PDSElementGetNumKids(place.parent);
-  const auto mirrored = [&](int position) { return step > 0 ? count - 1 - position : position; };
+  const auto mirrored = [&](int at) { return Mirrored(at, count, step); };
   const auto earlier = scans_.find({BitsOf(place.parent), type, step});
   const auto endsAsBefore = [&](int at) {
     if (earlier == scans_.end() || at >= earlier->second.from || at < earlier->second.to) return false;

@@ -22,8 +22,9 @@ class NeighbourSearch {
   /// meets a kid that is no structure element, and where it would have to leave the top-level elements.
   PDSElement Find(PDSElement element, ASAtom type, int step);
 
-  /// To be called when elements that the searches look for were moved in among kids that may have been passed over.
-  void Forget() { scans_.clear(); }
+  /// To be called when elements of that type have come into the tree with `element`: earlier searches may have passed over
+  /// the place where it stands now.
+  void ForgetSearchesPast(PDSElement element, ASAtom type);
 
  private:
   struct Place {

@@ -5,7 +5,6 @@
 
 #include "src/actions/ReshuffleAnchoredFrames/AuxiliaryContent.h"
 #include "src/actions/ReshuffleAnchoredFrames/KeySearch.h"
-#include "src/actions/ReshuffleAnchoredFrames/KidPlaces.h"
 #include "src/api/HostException.h"
 #include "src/api/StructureError.h"
 #include "src/common/StructureUtils.h"
@@ -148,7 +147,7 @@ void RafProcessor::Relocate(const std::vector<AnchorEntry>& anchors) {
   }
 
   // The last anchor first: what is placed for it does not move the places of those before it.
-  KidPlaces places;
+  KidFinder places;
   for (std::size_t rest = anchors.size(); rest > 0; --rest) {
     const PDSElement anchor = anchors[rest - 1].element;
     const PDSElement parent = GetParent(anchor);
@@ -162,26 +161,26 @@ void RafProcessor::Relocate(const std::vector<AnchorEntry>& anchors) {
     const int position = std::max<int>(isFirst ? parentIndex - 1 : parentIndex, kPDSBeforeFirst);
     const auto& frames = framesOf[rest - 1];
     // All go to the same place, each in front of the one before, so the last comes first.
-    for (auto frame = frames.rbegin(); frame != frames.rend(); ++frame) PlaceFrame(**frame, grandparent, position);
-    PDSElementRemoveKid(parent, anchor);
+    for (auto frame = frames.rbegin(); frame != frames.rend(); ++frame) PlaceFrame(**frame, grandparent, position, places);
+    places.Remove(parent, anchor);
   }
 }
 
-void RafProcessor::PlaceFrame(const FrameRecord& frame, PDSElement grandparent, int position) const {
+void RafProcessor::PlaceFrame(const FrameRecord& frame, PDSElement grandparent, int position, KidFinder& places) const {
   for (const PDSElement element : frame.elements) RemoveStories(element);
   for (auto element = frame.elements.rbegin(); element != frame.elements.rend(); ++element) {
     const std::vector<PDSElement> kids = ElementKids(*element);
-    if (kids.empty()) PlaceElement(*element, grandparent, position);
+    if (kids.empty()) PlaceElement(*element, grandparent, position, places);
     // The element itself stays below the holder then, and with it the content that it holds directly.
-    for (auto kid = kids.rbegin(); kid != kids.rend(); ++kid) PlaceElement(*kid, grandparent, position);
+    for (auto kid = kids.rbegin(); kid != kids.rend(); ++kid) PlaceElement(*kid, grandparent, position, places);
   }
 }
 
-void RafProcessor::PlaceElement(PDSElement element, PDSElement grandparent, int position) const {
+void RafProcessor::PlaceElement(PDSElement element, PDSElement grandparent, int position, KidFinder& places) const {
   PDSElement place = CosNewNull();
   PDSElementCreate(document_, &place);
-  PDSElementInsertKid(grandparent, place, position);
-  PDSElementReplaceKid(grandparent, place, element);
+  places.Insert(grandparent, place, position);
+  places.Replace(grandparent, place, element);
 }
 
 }  // namespace tgx

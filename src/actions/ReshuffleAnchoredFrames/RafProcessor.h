@@ -5,6 +5,7 @@
 #include <vector>
 
 #include "src/api/HostBinding.h"
+#include "src/common/KidFinder.h"
 
 namespace tgx {
 
@@ -35,8 +36,8 @@ class RafProcessor {
   void SplitHolder(PDSElement holder);
   std::set<ASInt32> McidsOfMarks(const Elements& anchors) const;
   void Relocate(const std::vector<AnchorEntry>& anchors);
-  void PlaceFrame(const FrameRecord& frame, PDSElement grandparent, int position) const;
-  void PlaceElement(PDSElement element, PDSElement grandparent, int position) const;
+  void PlaceFrame(const FrameRecord& frame, PDSElement grandparent, int position, KidFinder& places) const;
+  void PlaceElement(PDSElement element, PDSElement grandparent, int position, KidFinder& places) const;
 
   PDDoc document_ = nullptr;
   std::vector<FrameRecord> frames_;  // in the order in which they end

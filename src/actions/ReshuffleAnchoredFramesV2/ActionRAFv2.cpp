@@ -23,9 +23,9 @@ bool IsNull(CosObj object) { return CosObjGetType(object) == CosNull; }
 bool AreEqual(CosObj a, CosObj b) { return CosObjEqual(a, b) != 0; }
 
 // Takes the element out of the structure. One that was taken out before has no parent and is left alone.
-void RemoveFromParent(PDSElement element) {
+void RemoveFromParent(PDSElement element, KidFinder& places) {
   const PDSElement parent = GetParent(element);
-  if (!IsNull(parent)) PDSElementRemoveKid(parent, element);
+  if (!IsNull(parent)) places.Remove(parent, element);
 }
 
 // The structure elements between the markers, if both are kids of one parent, the start before the end. Kids of other types
@@ -47,30 +47,28 @@ std::vector<PDSElement> ElementsBetween(const Frame& frame, KidFinder& places) {
 
 // Appends the element kids of a "Story", each taken at the index that is the place of the "Story" itself among the elements
 // of the frame, or from the end where that lies behind what is left. So a "Story" in the first place gives its kids in order
-// and a later one does not, which is meant to stay so. What is no element cannot be moved: it stays in the "Story", and the
-// "Story" in the frame.
-void AppendStory(PDSElement story, std::size_t place, std::vector<PDSElement>& elements) {
+// and a later one those from that index on first and then the ones before it backwards, which is meant to stay so. What is
+// no element cannot be moved: it stays in the "Story", and the "Story" in the frame.
+void AppendStory(PDSElement story, std::size_t place, KidFinder& places, std::vector<PDSElement>& elements) {
   std::vector<PDSElement> kids;
   const ASInt32 count = PDSElementGetNumKids(story);
   for (ASInt32 index = 0; index < count; ++index) {
     CosObj kid = CosNewNull();
     if (PDSElementGetKid(story, index, &kid, nullptr, nullptr) == ASAtomFromString("StructElem")) kids.push_back(kid);
   }
-  const bool dissolves = kids.size() == static_cast<std::size_t>(count);
-  while (!kids.empty()) {
-    const auto kid = kids.begin() + static_cast<std::ptrdiff_t>(std::min(place, kids.size() - 1));
-    PDSElementRemoveKid(story, *kid);
-    elements.push_back(*kid);
-    kids.erase(kid);
-  }
-  if (!dissolves) elements.push_back(story);
+  const auto first = kids.begin() + static_cast<std::ptrdiff_t>(std::min(place, kids.size()));
+  std::reverse(kids.begin(), first);
+  std::rotate(kids.begin(), first, kids.end());
+  for (const PDSElement kid : kids) places.Remove(story, kid);
+  elements.insert(elements.end(), kids.begin(), kids.end());
+  if (kids.size() != static_cast<std::size_t>(count)) elements.push_back(story);
 }
 
-std::vector<PDSElement> ExpandStories(const std::vector<PDSElement>& elements) {
+std::vector<PDSElement> ExpandStories(const std::vector<PDSElement>& elements, KidFinder& places) {
   std::vector<PDSElement> expanded;
   for (std::size_t place = 0; place < elements.size(); ++place) {
     if (PDSElementGetType(elements[place]) == ASAtomFromString("Story")) {
-      AppendStory(elements[place], place, expanded);
+      AppendStory(elements[place], place, places, expanded);
     } else {
       expanded.push_back(elements[place]);
     }
@@ -81,17 +79,17 @@ std::vector<PDSElement> ExpandStories(const std::vector<PDSElement>& elements) {
 // Moves what stands between the markers to the anchor; markers and anchor go.
 void PlaceFrame(PDSElement anchor, const Frame& frame, KidFinder& places) {
   std::vector<PDSElement> elements = ElementsBetween(frame, places);
-  for (const PDSElement element : elements) RemoveFromParent(element);
-  RemoveFromParent(frame.start);
-  RemoveFromParent(frame.end);
-  elements = ExpandStories(elements);
+  for (const PDSElement element : elements) RemoveFromParent(element, places);
+  RemoveFromParent(frame.start, places);
+  RemoveFromParent(frame.end, places);
+  elements = ExpandStories(elements, places);
   const PDSElement parent = GetParent(anchor);
   const int index = places.IndexOf(parent, anchor);
   if (index < 0) return;
   // Each goes directly behind the anchor, so the last comes first.
   std::reverse(elements.begin(), elements.end());
-  for (const PDSElement element : elements) PDSElementInsertKid(parent, element, index);
-  PDSElementRemoveKid(parent, anchor);
+  for (const PDSElement element : elements) places.Insert(parent, element, index);
+  places.Remove(parent, anchor);
 }
 
 }  // namespace
@@ -159,20 +157,19 @@ void ActionRAFv2::PlaceFrames() {
     if (record.kind == Kind::kFrameStart) frames[record.identifier].start = record.element;
     if (record.kind == Kind::kFrameEnd) frames[record.identifier].end = record.element;
   }
-  KidFinder places;
   const auto stands = [](PDSElement element) { return !IsNull(GetParent(element)); };
   for (const MarkRecord& record : records_) {
     if (record.kind != Kind::kAnchor || !stands(record.element)) continue;
     const auto frame = frames.find(record.identifier);
     // An earlier anchor of the same identifier may have taken the markers.
     if (frame == frames.end() || !stands(frame->second.start) || !stands(frame->second.end)) continue;
-    PlaceFrame(record.element, frame->second, places);
+    PlaceFrame(record.element, frame->second, places_);
   }
 }
 
 void ActionRAFv2::RemoveHolders() {
   for (const MarkRecord& record : records_) {
-    if (record.kind == Kind::kHolder) RemoveFromParent(record.element);
+    if (record.kind == Kind::kHolder) RemoveFromParent(record.element, places_);
   }
 }
 

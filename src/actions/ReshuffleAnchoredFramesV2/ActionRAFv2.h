@@ -3,6 +3,7 @@
 #include <vector>
 
 #include "src/actions/PDFAction.h"
+#include "src/common/KidFinder.h"
 #include "src/common/TagStructureVisitor.h"
 #include "src/common/TextEncoding.h"
 
@@ -38,6 +39,7 @@ class ActionRAFv2 : public PDFAction, public TagStructureVisitorBase {
   void RemoveHolders();
 
   std::vector<MarkRecord> records_;  // in walk order
+  KidFinder places_;
 };
 
 }  // namespace tgx

@@ -43,14 +43,14 @@ void TableLayoutFixer::Relocate() {
   PDSElementGetParent(table, &parent, nullptr);
   const int index = places_.IndexOf(parent, table);
   if (index < 0) return;
-  PDSElementRemoveKid(parent, table);
+  places_.Remove(parent, table);
   while (!otherElements_.empty()) {
     const PDSElement other = otherElements_.back();
     otherElements_.pop_back();
     PDSElement placeholder;
     PDSElementCreate(Document(), &placeholder);
-    PDSElementInsertKid(parent, placeholder, index - 1);  // after the kid before the table's place
-    PDSElementReplaceKid(parent, placeholder, other);
+    places_.Insert(parent, placeholder, index - 1);  // after the kid before the table's place
+    places_.Replace(parent, placeholder, other);
   }
 }
 

@@ -384,6 +384,22 @@ TEST_F(FixGroupTagsActionTest, AsksTheHostInProportionToTheCaptionsOfOneTarget) 
   ExpectCallsInProportion([] { return Element("GT_CaptionTableAtTop"); }, sect.Add(Element("Table")));
 }
 
+TEST_F(FixGroupTagsActionTest, AsksTheHostInProportionToTheCaptionsThatHoldTargetsOfTheOtherKind) {
+  ExpectCallsInProportion([] { return Element("GT_CaptionListAtTop")({Element("Table")}); }, Element("L"));
+  ExpectCallsInProportion([] { return Element("GT_CaptionTableAtTop")({Element("L")}); }, Element("Table"));
+  ExpectCallsInProportion([] { return Element("GT_CaptionTableAtBottom")({Element("L")}); });
+}
+
+TEST_F(FixGroupTagsActionTest, AsksTheHostInProportionToCaptionsOfTwoKindsThatHoldTargets) {
+  bool isList = false;
+  ExpectCallsInProportion(
+      [&] {
+        isList = !isList;
+        return isList ? Element("GT_CaptionListAtTop")({Element("Table")}) : Element("GT_CaptionTableAtBottom");
+      },
+      Element("L"));
+}
+
 TEST_F(FixGroupTagsActionTest, AsksTheHostInProportionToTheCaptionsThatStandAlone) {
   ExpectCallsInProportion([] { return Element("Div")({Element("GT_CaptionTableAtBottom")}); });
 }

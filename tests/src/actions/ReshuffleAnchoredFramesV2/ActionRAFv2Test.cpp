@@ -1,6 +1,10 @@
 #include <gtest/gtest.h>
 
+#include <algorithm>
+#include <numeric>
+#include <random>
 #include <string>
+#include <vector>
 
 #include "tests/support/Hosts.h"
 #include "tests/support/OpenDocument.h"
@@ -262,8 +266,8 @@ TEST_F(ActionRAFv2Test, MovesAFrameOfManyElementsInProportionToThem) {
   EXPECT_LT(callsFor(400), 5 * callsFor(100));
 }
 
-// Anchors side by side below one parent, their frames in one holder in the order given by `ascending`.
-std::size_t CallsForFrames(int count, bool ascending) {
+// Anchors side by side below one parent, their frames in one holder in the order of the numbers.
+std::size_t CallsForFrames(const std::vector<int>& order) {
   TestDocument doc;
   doc.AddPage();
   Element anchors("Sect");
@@ -272,22 +276,76 @@ std::size_t CallsForFrames(int count, bool ascending) {
     const std::string digits = std::to_string(i);
     return std::u16string(digits.begin(), digits.end());
   };
-  for (int i = 0; i < count; ++i) {
-    const std::u16string frame = name(ascending ? i : count - 1 - i);
+  for (int i = 0; i < static_cast<int>(order.size()); ++i) {
+    const std::u16string frame = name(order[static_cast<std::size_t>(i)]);
     anchors.Add(Anchor(name(i)));
-    frames.Add(Start(frame)).Add(Element("P")).Add(End(frame));
+    frames.Add(Start(frame)).Add(Element("P").Title(test::Bytes(std::u16string_view(frame)))).Add(End(frame));
   }
   doc.Tree({Element("Document")({anchors, frames})});
   OpenDocument open(doc.Write());
-  const test::RaisingHost host(test::EmbeddedTables(), 0);
-  const test::HostSession session(host.Tables());
-  EXPECT_EQ(open.Action(kReshuffleFrames), kSuccess);
-  return host.Calls();
+  {
+    const test::RaisingHost host(test::EmbeddedTables(), 0);
+    const test::HostSession session(host.Tables());
+    EXPECT_EQ(open.Action(kReshuffleFrames), kSuccess);
+    std::string expected = "Document\n  Sect\n";
+    for (std::size_t i = 0; i < order.size(); ++i) expected += "    P title=u\"" + std::to_string(i) + "\"\n";
+    EXPECT_EQ(test::SavedTree(open), expected + "  Sect\n");
+    return host.Calls();
+  }
+}
+
+std::vector<int> Ascending(int count) {
+  std::vector<int> order(static_cast<std::size_t>(count));
+  std::iota(order.begin(), order.end(), 0);
+  return order;
+}
+std::vector<int> Descending(int count) {
+  std::vector<int> order = Ascending(count);
+  std::reverse(order.begin(), order.end());
+  return order;
+}
+std::vector<int> Shuffled(int count) {
+  std::vector<int> order = Ascending(count);
+  std::shuffle(order.begin(), order.end(), std::minstd_rand(7));
+  return order;
 }
 
 TEST_F(ActionRAFv2Test, PlacesManyFramesInProportionToThem) {
-  EXPECT_LT(CallsForFrames(400, true), 5 * CallsForFrames(100, true));
-  EXPECT_LT(CallsForFrames(400, false), 5 * CallsForFrames(100, false));
+  for (const auto order : {Ascending, Descending, Shuffled}) {
+    EXPECT_LT(CallsForFrames(order(400)), 5 * CallsForFrames(order(100)));
+  }
+}
+
+TEST_F(ActionRAFv2Test, TakesTheFirstPlaceOfAMarkThatStandsInTwo) {
+  doc.Object("end", "<</S/Span/Alt<FEFF22650066>>>");
+  Element sect("Sect");
+  sect.Add(Start()).Add(Element("H2")).RawKid("$end").Add(Element("H3")).RawKid("$end");
+  doc.Tree({Element("Document")({Element("P")({Anchor()}), sect})});
+  OpenDocument open(doc.Write());
+  EXPECT_EQ(open.Action(kReshuffleFrames), kSuccess);
+  EXPECT_EQ(test::SavedTree(open),
+            "Document\n"
+            "  P\n"
+            "    H2\n"
+            "  Sect\n"
+            "    H3\n"
+            "    Span alt=u\"\\u{2265}f\"\n");
+}
+
+TEST_F(ActionRAFv2Test, RemovesManyHoldersInProportionToThem) {
+  const auto callsFor = [](int holders) {
+    TestDocument many;
+    many.AddPage();
+    Element document("Document");
+    for (int i = 0; i < holders; ++i) document.Add(Element("P")).Add(Holder());
+    many.Tree({document});
+    OpenDocument open(many.Write());
+    const test::RaisingHost host(test::EmbeddedTables(), 0);
+    const test::HostSession session(host.Tables());
+    EXPECT_EQ(open.Action(kReshuffleFrames), kSuccess);
+    return host.Calls();
+  };
+  EXPECT_LT(callsFor(400), 5 * callsFor(100));
 }
 
 TEST_F(ActionRAFv2Test, FailsForAnAnchorDeepInItsOwnFrame) {
