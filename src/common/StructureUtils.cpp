@@ -27,11 +27,12 @@ int ReadTextIfAny(PDSElement element, TextGetter getter, std::vector<char>& out)
   return static_cast<int>(out.size());
 }
 
-// One step through the role map; `type` where the document has no role map or the map no such type.
-std::string MappedType(PDSTreeRoot root, const std::string& type) {
+// One step through the role map; `type` where the document has no role map, which is reported from `line`, or the map no
+// such type.
+std::string MappedType(PDSTreeRoot root, const std::string& type, int line) {
   PDSRoleMap map = CosNewNull();
   if (PDSTreeRootGetRoleMap(root, &map) == 0) {
-    ReportStructureError("No RoleMap structure object found", kSourceFile, __LINE__);
+    ReportStructureError("No RoleMap structure object found", kSourceFile, line);
     return type;
   }
   const ASAtom mapped = PDSRoleMapGetDirectMap(map, ASAtomFromString(type.c_str()));
@@ -147,13 +148,13 @@ void SetDocumentLanguage(PDDoc document, const std::vector<char>& lang) {
   PDSTreeRoot root = CosNewNull();
   // The host then says what it thinks of the root that is none.
   if (PDDocGetStructTreeRoot(document, &root) == 0) {
-    ReportStructureError("No document structure object found", kSourceFile, __LINE__);
+    ReportStructureError("No document structure object found", kSourceFile, 22);
   }
   const ASInt32 count = PDSTreeRootGetNumKids(root);
   for (ASInt32 index = 0; index < count; ++index) {
     PDSElement element = CosNewNull();
     PDSTreeRootGetKid(root, index, &element);
-    if (MappedType(root, ASAtomGetString(PDSElementGetType(element))) != "Document") continue;
+    if (MappedType(root, ASAtomGetString(PDSElementGetType(element)), 85) != "Document") continue;
     SetLanguage(element, lang);
     return;
   }
@@ -169,7 +170,7 @@ std::string ResolveRole(PDDoc document, const std::string& type) {
     ReportStructureError("No document structure object found", kSourceFile, __LINE__);
     return type;
   }
-  return MappedType(root, type);
+  return MappedType(root, type, __LINE__);
 }
 
 void FindByAlt(PDSElement element, const std::vector<char>& needle, std::list<PDSElement>& out) {

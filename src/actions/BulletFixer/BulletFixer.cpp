@@ -70,15 +70,15 @@ void BulletFixer::HandleElement(PDEElement element) {
   using Self = BulletFixer;
   // By kind. Some kinds within the range have no handler of their own.
   static constexpr std::array<Handler, 33> kHandlers = {
-      &Self::HandleContent,      &Self::HandleText,       &Self::HandlePath,       &Self::HandleImage,
-      &Self::HandleForm,         &Self::HandlePS,         &Self::HandleXObject,    &Self::HandleClip,
-      &Self::HandleFont,         &Self::HandleColorSpace, &Self::HandleExtGState,  &Self::HandlePlace,
-      &Self::HandleContainer,    &Self::HandleUnknown,    &Self::HandlePattern,    &Self::HandleDeviceNColors,
-      &Self::HandleShading,      &Self::HandleGroup,      &Self::HandleUnknown,    &Self::HandleBeginContainer,
-      &Self::HandleEndContainer, &Self::HandleBeginGroup, &Self::HandleEndGroup,   &Self::HandleXGroup,
-      &Self::HandleSoftMask,     &Self::HandleUnknown,    &Self::HandlePage,       &Self::HandleReader,
-      &Self::HandleWriter,       &Self::HandleTextItem,   &Self::HandleImageFlate, &Self::HandleImageJPX,
-      &Self::HandleLastType,
+      &Self::HandleContent,      &Self::HandleText,       &Self::HandlePath,      &Self::HandleImage,
+      &Self::HandleForm,         &Self::HandlePS,         &Self::HandleXObject,   &Self::HandleClip,
+      &Self::HandleFont,         &Self::HandleColorSpace, &Self::HandleExtGState, &Self::HandlePlace,
+      &Self::HandleContainer,    &Self::HandleUnknown,    &Self::HandlePattern,   &Self::HandleDeviceNColors,
+      &Self::HandleShading,      &Self::HandleGroup,      &Self::HandleUnknown,   &Self::HandleBeginContainer,
+      &Self::HandleEndContainer, &Self::HandleBeginGroup, &Self::HandleEndGroup,  &Self::HandleXGroup,
+      &Self::HandleSoftMask,     &Self::HandleUnknown,    &Self::HandleDoc,       &Self::HandlePage,
+      &Self::HandleReader,       &Self::HandleWriter,     &Self::HandleTextItem,  &Self::HandleImageFlate,
+      &Self::HandleImageJPX,
   };
   const auto kind = static_cast<std::size_t>(PDEObjectGetType(element));
   const Handler handler = kind < kHandlers.size() ? kHandlers[kind] : &Self::HandleUnknown;

@@ -46,13 +46,13 @@ class BulletFixer {
   virtual void HandleEndGroup(PDEElement) {}
   virtual void HandleXGroup(PDEElement) {}
   virtual void HandleSoftMask(PDEElement) {}
+  virtual void HandleDoc(PDEElement) {}
   virtual void HandlePage(PDEElement) {}
   virtual void HandleReader(PDEElement) {}
   virtual void HandleWriter(PDEElement) {}
   virtual void HandleTextItem(PDEElement) {}
   virtual void HandleImageFlate(PDEElement) {}
   virtual void HandleImageJPX(PDEElement) {}
-  virtual void HandleLastType(PDEElement) {}
 
  private:
   struct CharRecord;

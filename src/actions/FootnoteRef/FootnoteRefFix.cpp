@@ -2,6 +2,7 @@
 
 #include <array>
 #include <cstdio>
+#include <map>
 #include <string>
 
 #include "src/common/AnnotHelpers.h"
@@ -88,6 +89,7 @@ void FootnoteRefFix::Reset() {
   allMarks_.Clear();
   frames_.clear();
   openFrames_.clear();
+  frameAreas_.clear();
   frameState_ = FrameState::None;
   currentPart_ = nullptr;
   currentPage_ = CosNewNull();
@@ -175,10 +177,12 @@ void FootnoteRefFix::VisitMarkedContent(CosObj&, int mcid, CosObj page) {
 }
 
 void FootnoteRefFix::ComputeFrameRects() {
-  for (TextFrame& frame : frames_) {
+  for (const TextFrame& frame : frames_) {
+    std::map<std::int32_t, ASFixedRect> pageRects;
     for (const McMark& mark : frame.marks) {
-      Widen(frame.pageRects.emplace(PDPageNumFromCosObj(mark.page), kEmptyRect).first->second, mark.rect);
+      Widen(pageRects.emplace(PDPageNumFromCosObj(mark.page), kEmptyRect).first->second, mark.rect);
     }
+    for (const auto& [pageNumber, rect] : pageRects) frameAreas_[pageNumber].push_back(rect);
   }
 }
 
@@ -203,10 +207,9 @@ void FootnoteRefFix::CreateLinkPair(FootnotePart& reference, FootnotePart& note,
 }
 
 ASFixedRect FootnoteRefFix::BackTarget(std::int32_t pageNumber, const ASFixedRect& reference) const {
-  for (const TextFrame& frame : frames_) {
-    const auto rect = frame.pageRects.find(pageNumber);
-    if (rect == frame.pageRects.end()) continue;
-    const ASFixedRect& area = rect->second;
+  const auto areas = frameAreas_.find(pageNumber);
+  if (areas == frameAreas_.end()) return reference;
+  for (const ASFixedRect& area : areas->second) {
     // A frame may end above the bottom of the reference.
     if (reference.top <= area.top && area.left <= reference.left && reference.right <= area.right) return area;
   }

@@ -1,8 +1,8 @@
 #pragma once
 
 #include <cstdint>
-#include <map>
 #include <set>
+#include <unordered_map>
 #include <vector>
 
 #include "src/actions/FootnoteRef/MarkedContentBoxes.h"
@@ -51,7 +51,6 @@ class FootnoteRefFix : public PDFAction, public ITagStructureVisitor, public ICo
 
   struct TextFrame {
     std::vector<McMark> marks;
-    std::map<std::int32_t, ASFixedRect> pageRects;  ///< by page number, from 0
   };
 
   void Reset();
@@ -78,6 +77,8 @@ class FootnoteRefFix : public PDFAction, public ITagStructureVisitor, public ICo
   FrameState frameState_ = FrameState::None;
   std::vector<TextFrame> openFrames_;  ///< the innermost last
   std::vector<TextFrame> frames_;
+  /// The areas of the frames on each page, in the order of the frames; by page number, from 0.
+  std::unordered_map<std::int32_t, std::vector<ASFixedRect>> frameAreas_;
   FootnotePart* currentPart_ = nullptr;
   CosObj currentPage_;
 };

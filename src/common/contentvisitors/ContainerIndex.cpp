@@ -18,6 +18,7 @@ PDEContainer ContainerIndex::Find(PDPage page, ASInt32 mcid) {
 }
 
 void ContainerIndex::Collect(PDEContent content, Page& page) {
+  if (content == nullptr) return;
   const ASInt32 count = PDEContentGetNumElems(content);
   for (ASInt32 i = 0; i < count; ++i) {
     const PDEElement element = PDEContentGetElem(content, i);

@@ -15,19 +15,14 @@ constexpr char kSourceFile[] = "fixes/LangEncoderFix/LangTagMapper";
 bool CLangTagMapper::Run(PDDoc document) {
   if (document == nullptr) return false;
   document_ = document;
-  return InExceptionFrame([this] {
-    return ForEachTopLevelElement(document_, kSourceFile, 230, [this](PDSElement& element) { Enter(element); });
-  });
-}
-
-// As deep as the structure, which the host bounds.
-void CLangTagMapper::Enter(PDSElement element) {  // NOLINT(misc-no-recursion)
-  VisitElement(element);
-  const auto onOther = [&](const CosObj&, ASAtom kind, const PDSMCInfo& mcInfo) {
+  const auto onElement = [this](PDSElement& element, const auto& walkKids) {
+    VisitElement(element);
+    walkKids();
+  };
+  const auto onOther = [this](PDSElement& element, const CosObj&, ASAtom kind, const PDSMCInfo& mcInfo) {
     if (kind == ASAtomFromString("MC")) VisitMarkedContent(element, mcInfo);
   };
-  ForEachKid(
-      element, [this](PDSElement& kid) { Enter(kid); }, onOther);  // NOLINT(misc-no-recursion)
+  return InExceptionFrame([&] { return WalkStructure(document_, kSourceFile, 230, onElement, onOther); });
 }
 
 void CLangTagMapper::VisitElement(PDSElement& element) {

@@ -28,8 +28,6 @@ class CLangTagMapper {
   virtual void VisitMarkedContent(PDSElement& element, const PDSMCInfo& mcInfo);
 
  private:
-  void Enter(PDSElement element);
-
   PDDoc document_ = nullptr;
   std::int32_t mode_ = kToTags;
   ContainerIndex containers_;

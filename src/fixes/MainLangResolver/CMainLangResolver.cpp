@@ -2,7 +2,6 @@
 
 #include <algorithm>
 #include <limits>
-#include <utility>
 
 #include "src/api/HostException.h"
 #include "src/common/ContentUtils.h"
@@ -30,25 +29,27 @@ bool CMainLangResolver::SignedByteOrder::operator()(const Language& a, const Lan
 bool CMainLangResolver::Run(PDDoc document) {
   if (document == nullptr) return false;
   document_ = document;
-  return InExceptionFrame([this] {
-    const bool hasTree = ForEachTopLevelElement(document_, kSourceFile, 35, [this](PDSElement& element) { Enter(element); });
+  const auto onElement = [this](PDSElement& element, const auto& walkKids) {
+    Language language;
+    GetLanguage(element, language);
+    WithLanguage(language, walkKids);
+  };
+  const auto onOther = [this](PDSElement& element, const CosObj&, ASAtom kind, const PDSMCInfo& mcInfo) {
+    VisitKid(element, ASAtomGetString(kind), mcInfo);
+  };
+  return InExceptionFrame([&] {
+    const bool hasTree = WalkStructure(document_, kSourceFile, 35, onElement, onOther);
     if (hasTree) StoreWinner();
     return hasTree;
   });
 }
 
-// As deep as the structure, which the host bounds.
-void CMainLangResolver::Enter(PDSElement element) {  // NOLINT(misc-no-recursion)
-  Language language;
-  GetLanguage(element, language);
-  const bool hasLanguage = !language.empty();
-  if (hasLanguage) languages_.push_back(std::move(language));
-  const auto onOther = [&](const CosObj&, ASAtom kind, const PDSMCInfo& mcInfo) {
-    VisitKid(element, ASAtomGetString(kind), mcInfo);
-  };
-  ForEachKid(
-      element, [this](PDSElement& kid) { Enter(kid); }, onOther);  // NOLINT(misc-no-recursion)
-  if (hasLanguage && !languages_.empty()) languages_.pop_back();
+template <typename Work>
+void CMainLangResolver::WithLanguage(const Language& language, const Work& work) {
+  if (language.empty()) return work();
+  languages_.push_back(&*counts_.try_emplace(language, 0).first);
+  work();
+  languages_.pop_back();
 }
 
 void CMainLangResolver::VisitKid(PDSElement& element, const std::string& kind, const PDSMCInfo& mcInfo) {
@@ -64,10 +65,10 @@ void CMainLangResolver::VisitMarkedContent(PDSElement&, const PDSMCInfo& mcInfo)
   }
   ByteVector own;
   GetContainerLang(container, own);
-  if (!own.empty()) languages_.emplace_back(own.begin(), own.end());
-  const std::int32_t count = CountOf(container);
-  if (count > 0 && !languages_.empty()) Add(count, counts_[languages_.back()]);
-  if (!own.empty() && !languages_.empty()) languages_.pop_back();
+  WithLanguage({own.begin(), own.end()}, [&] {
+    const std::int32_t count = CountOf(container);
+    if (count > 0 && !languages_.empty()) Add(count, languages_.back()->second);
+  });
 }
 
 std::int32_t CMainLangResolver::CountOf(PDEContainer container) {
@@ -79,7 +80,7 @@ std::int32_t CMainLangResolver::CountOf(PDEContainer container) {
 void CMainLangResolver::StoreWinner() {
   const auto winner =
       std::max_element(counts_.begin(), counts_.end(), [](const auto& a, const auto& b) { return a.second < b.second; });
-  if (winner != counts_.end()) SetDocumentLanguage(document_, winner->first);
+  if (winner != counts_.end() && winner->second > 0) SetDocumentLanguage(document_, winner->first);
 }
 
 }  // namespace tgx

@@ -32,14 +32,18 @@ class CMainLangResolver {
     bool operator()(const Language& a, const Language& b) const;
   };
 
-  void Enter(PDSElement element);
+  using Counts = std::map<Language, std::int32_t, SignedByteOrder>;
+
+  /// Has the language in scope, if it is one, during the work.
+  template <typename Work>
+  void WithLanguage(const Language& language, const Work& work);
   /// What CContentTextCounter says of the container, which it is asked once.
   std::int32_t CountOf(PDEContainer container);
   void StoreWinner();
 
   PDDoc document_ = nullptr;
-  std::vector<Language> languages_;  ///< in scope, the innermost last
-  std::map<Language, std::int32_t, SignedByteOrder> counts_;
+  std::vector<Counts::value_type*> languages_;  ///< in scope, the innermost last; each found once, for all text under it
+  Counts counts_;
   ContainerIndex containers_;
   std::unordered_map<PDEContainer, std::int32_t> countOf_;
 };

@@ -24,33 +24,24 @@ PDSElement ParentOf(const PDSElement& element) {
   return GetParent(copy);
 }
 
-/// Whether `hidden` is the copy of the bullet that `shown` shows. Bytes count: another byte order is another text.
-bool IsCopyOf(const ByteVector& hiddenActual, const ByteVector& shownActual, const ByteVector& shownText) {
-  return !hiddenActual.empty() && shownActual.empty() && hiddenActual == shownText;
-}
-
 }  // namespace
 
 bool CDoubleBulletsRemover::Run(PDDoc document) {
   if (document == nullptr) return false;
   document_ = document;
-  return InExceptionFrame([this] {
-    const bool hasTree = ForEachTopLevelElement(document_, kSourceFile, 40, [this](PDSElement& element) { Enter(element); });
-    if (!hasTree) return false;
+  const auto onElement = [this](PDSElement& element, const auto& walkKids) {
+    VisitElement(element);
+    walkKids();
+  };
+  const auto onOther = [this](PDSElement& element, const CosObj& kid, ASAtom kind, const PDSMCInfo& mcInfo) {
+    VisitKid(element, kid, kind, mcInfo);
+  };
+  return InExceptionFrame([&] {
+    if (!WalkStructure(document_, kSourceFile, 40, onElement, onOther)) return false;
     ReadTexts();
     CompareRecords();
     return true;
   });
-}
-
-// As deep as the structure, which the host bounds.
-void CDoubleBulletsRemover::Enter(PDSElement element) {  // NOLINT(misc-no-recursion)
-  VisitElement(element);
-  const auto onOther = [&](const CosObj& kid, ASAtom kind, const PDSMCInfo& mcInfo) {
-    VisitKid(element, kid, kind, mcInfo);
-  };
-  ForEachKid(
-      element, [this](PDSElement& kid) { Enter(kid); }, onOther);  // NOLINT(misc-no-recursion)
 }
 
 void CDoubleBulletsRemover::VisitKid(PDSElement& element, const CosObj& kid, ASAtom kind, const PDSMCInfo& mcInfo) {
@@ -59,12 +50,8 @@ void CDoubleBulletsRemover::VisitKid(PDSElement& element, const CosObj& kid, ASA
   if (page == nullptr) return;
   const PDEContainer container = containers_.Find(page, mcInfo.mcid);
   if (container == nullptr) return;
-  records_.push_back(std::make_unique<MarkedContentRecord>());
-  MarkedContentRecord& record = *records_.back();
-  record.mcInfo = mcInfo;
-  record.element = element;
-  record.kid = kid;
-  record.container = container;
+  const Texts none = {&noText_, &noText_};
+  records_.push_back(std::make_unique<MarkedContentRecord>(MarkedContentRecord{mcInfo, element, kid, container, none}));
 }
 
 /// Texts matter only where two records can be a pair, which takes one parent of two kids, and where one of them is within
@@ -79,16 +66,20 @@ void CDoubleBulletsRemover::ReadTexts() {
   for (const auto& record : records_) {
     const PDSElement parent = ParentOf(record->element);
     if (parentsWithinReach.count({parent.a, parent.b}) == 0) continue;
-    CActualTextExtractor actual;
-    actual.Extract(record->container);
-    record->actualText = actual.Text();
-    CContentTextExtractor shown;
-    shown.Extract(record->container);
-    record->singleByteText = shown.SingleByte();
-    record->utf16Text = shown.Utf16();
-    record->utf32Text = shown.Utf32();
-    record->rawText = shown.Raw();
+    record->texts = TextsOf(record->container);
   }
+}
+
+CDoubleBulletsRemover::Texts CDoubleBulletsRemover::TextsOf(PDEContainer container) {
+  const auto [texts, isNew] = texts_.try_emplace(container, Texts());
+  if (isNew) {
+    CActualTextExtractor actual;
+    actual.Extract(container);
+    CContentTextExtractor shown;
+    shown.Extract(container);
+    texts->second = {&*distinctTexts_.insert(actual.Text()).first, &*distinctTexts_.insert(shown.Utf16()).first};
+  }
+  return texts->second;
 }
 
 void CDoubleBulletsRemover::CompareRecords() {
@@ -100,10 +91,14 @@ void CDoubleBulletsRemover::CompareRecords() {
     for (std::size_t j = 0; j < reach; ++j) {
       const MarkedContentRecord& b = *records_[j];
       if (!ArePair(a, b)) continue;
-      if (IsCopyOf(a.actualText, b.actualText, b.utf16Text)) Delete(a);
-      if (IsCopyOf(b.actualText, a.actualText, a.utf16Text)) Delete(b);
+      if (IsCopyOf(a.texts, b.texts)) Delete(a);
+      if (IsCopyOf(b.texts, a.texts)) Delete(b);
     }
   }
+}
+
+bool CDoubleBulletsRemover::IsCopyOf(const Texts& hidden, const Texts& shown) {
+  return !hidden.actual->empty() && shown.actual->empty() && hidden.actual == shown.utf16;
 }
 
 bool CDoubleBulletsRemover::ArePair(const MarkedContentRecord& a, const MarkedContentRecord& b) const {

@@ -1,6 +1,8 @@
 #pragma once
 
 #include <memory>
+#include <set>
+#include <unordered_map>
 #include <vector>
 
 #include "src/api/HostBinding.h"
@@ -23,22 +25,27 @@ class CDoubleBulletsRemover {
   virtual void VisitKid(PDSElement& element, const CosObj& kid, ASAtom kind, const PDSMCInfo& mcInfo);
 
  private:
+  /// What marked content says and what it shows in codes of two bytes. Equal texts are one object.
+  struct Texts {
+    const ByteVector* actual;
+    const ByteVector* utf16;
+  };
   /// A piece of marked content in the tree.
   struct MarkedContentRecord {
     PDSMCInfo mcInfo;
     PDSElement element;
     CosObj kid;
     PDEContainer container;
-    ByteVector singleByteText;
-    ByteVector utf16Text;
-    ByteVector utf32Text;
-    ByteVector rawText;
-    ByteVector actualText;
+    Texts texts;
   };
 
-  void Enter(PDSElement element);
   void ReadTexts();
+  /// Read once a container: it can stand in the tree any number of times.
+  Texts TextsOf(PDEContainer container);
   void CompareRecords();
+  /// Whether the first has the text that the second shows, and the second has none of its own. Bytes count: another byte
+  /// order is another text.
+  static bool IsCopyOf(const Texts& hidden, const Texts& shown);
   bool ArePair(const MarkedContentRecord& a, const MarkedContentRecord& b) const;
   bool HasRole(const PDSElement& element, const char* role) const;
   void Delete(const MarkedContentRecord& record);
@@ -46,6 +53,9 @@ class CDoubleBulletsRemover {
   PDDoc document_ = nullptr;
   std::vector<std::unique_ptr<MarkedContentRecord>> records_;  ///< in tree order
   ContainerIndex containers_;
+  const ByteVector noText_;
+  std::set<ByteVector> distinctTexts_;
+  std::unordered_map<PDEContainer, Texts> texts_;
 };
 
 }  // namespace tgx

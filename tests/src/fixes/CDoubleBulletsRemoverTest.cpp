@@ -1,5 +1,6 @@
 #include <gtest/gtest.h>
 
+#include "tests/support/Hosts.h"
 #include "tests/support/OpenDocument.h"
 #include "tests/support/TestDocument.h"
 #include "tests/support/TreeText.h"
@@ -167,6 +168,25 @@ TEST_F(DoubleBullets, ReachesAPairWithEnoughContentBehindIt) {
   const auto text = [this] { return Element("P").Text(page_, "text"); };
   Repair({text(), Element("Lbl")({Hidden(), Visible()}), text()});
   EXPECT_EQ(Left("hidden"), 0U);
+}
+
+TEST_F(DoubleBullets, ReadsContentOnceHoweverOftenItStandsInTheTree) {
+  const auto textsRead = [](int times) {
+    TestDocument document;
+    test::Page& page = document.AddPage();
+    page.Add(test::Marked("Span", "<</MCID 50/ActualText(a)>>", {test::Text("some text of many characters")}));
+    Element often("Span");
+    for (int i = 0; i < times; ++i) often.Mcid(page, 50);
+    document.Tree({Element("Lbl")({often, Element("Span").Text(page, "a")})});
+    OpenDocument open(document.Write());
+    test::RecordingHost host;
+    const test::HostSession session(host.Tables());
+    EXPECT_EQ(open.Fixups(kDoubleBullets), test::kSuccess);
+    return host.Count(test::Operation::PDETextGetText);
+  };
+  const std::size_t once = textsRead(1);
+  EXPECT_GT(once, 0U);
+  EXPECT_EQ(textsRead(20), once);
 }
 
 TEST_F(DoubleBullets, FailsWithoutATextForADocumentWithoutAStructureTree) {
