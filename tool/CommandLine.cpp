@@ -19,6 +19,9 @@ namespace {
 /// An empty name is a shell variable that was not set.
 std::string IsNamed(const std::string& file) { return file.empty() ? "the name of the file is empty" : ""; }
 
+/// A name as people write it behind a comma.
+std::string WithoutBlanks(std::string name) { return CLI::detail::trim(name); }
+
 struct PasswordOptions {
   std::string text;
   std::string file;
@@ -36,10 +39,14 @@ struct PasswordOptions {
     if (!file.empty()) return ReadFirstLine(file);
     return std::nullopt;
   }
+  void SetIn(WorkOptions& options) const {
+    options.password = Get();
+    options.passwordFile = file;
+  }
 };
 
 void AddFiles(CLI::App& command, WorkOptions& options) {
-  command.add_option("INPUT", options.input, "the document")->required()->type_name("");
+  command.add_option("INPUT", options.input, "the document")->required()->type_name("")->check(IsNamed);
   command.add_option("-o,--output", options.output, "where the result goes")->required()->type_name("OUTPUT");
 }
 
@@ -92,10 +99,12 @@ CLI::App& AddFix(CLI::App& app, FixOptions& options, PasswordOptions& password) 
       ->check(IsNamed);
   command.add_option("--skip", choices.skip, "steps to leave out")
       ->delimiter(',')
+      ->transform(WithoutBlanks)
       ->type_name("STEP,...")
       ->allow_extra_args(false);
   command.add_option("--with", choices.with, "steps to add that are off otherwise")
       ->delimiter(',')
+      ->transform(WithoutBlanks)
       ->type_name("STEP,...")
       ->allow_extra_args(false);
   AddWorkOptions(command, options, password);
@@ -105,7 +114,7 @@ CLI::App& AddFix(CLI::App& app, FixOptions& options, PasswordOptions& password) 
 
 CLI::App& AddTree(CLI::App& app, TreeOptions& options, PasswordOptions& password) {
   CLI::App& command = *app.add_subcommand("tree", "Print the structure tree of a document");
-  command.add_option("INPUT", options.input, "the document")->required()->type_name("");
+  command.add_option("INPUT", options.input, "the document")->required()->type_name("")->check(IsNamed);
   command.add_flag("--json", options.json, "as JSON, not as an outline");
   command.add_flag("--text", options.text, "with the text of the marked content");
   command.add_flag("--quiet", options.quiet, "no warnings");
@@ -134,11 +143,11 @@ struct CommandLine {
 
   int Run() {
     if (run.parsed()) {
-      runOptions.password = runPassword.Get();
+      runPassword.SetIn(runOptions);
       return RunRunCommand(runOptions);
     }
     if (fix.parsed()) {
-      fixOptions.password = fixPassword.Get();
+      fixPassword.SetIn(fixOptions);
       return RunFixCommand(fixOptions);
     }
     if (tree.parsed()) {
@@ -149,6 +158,15 @@ struct CommandLine {
     return 0;
   }
 };
+
+/// What is wrong with the arguments, and where to read on.
+std::string Complaint(const CLI::App& app, const CLI::ParseError& error, int argc, char** argv) {
+  const auto commands = app.get_subcommands();
+  if (!commands.empty()) return std::string(error.what()) + "; see tgx " + commands.front()->get_name() + " --help";
+  if (argc < 2) return "no command given; see tgx --help";
+  const std::string word = argv[1];
+  return word + ": there is no such " + (word.starts_with("-") ? "option" : "command") + "; see tgx --help";
+}
 
 /// The parser takes an argument in brackets for a list of steps; a step must stand as it was given.
 void RequireVerbatim(const std::vector<std::string>& steps, int argc, char** argv) {
@@ -171,7 +189,7 @@ int RunCommandLine(int argc, char** argv) {
     Print(std::string(version.what()) + "\n");
     return 0;
   } catch (const CLI::ParseError& error) {
-    throw Failure(std::string(error.what()) + "; see tgx --help");
+    throw Failure(Complaint(line.app, error, argc, argv));
   }
   RequireVerbatim(line.runOptions.steps, argc, argv);
   return line.Run();

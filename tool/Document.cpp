@@ -36,6 +36,13 @@ std::string HostReason(const std::string& path) {
   return reason.empty() ? "failed without a reason" : reason;
 }
 
+PDDoc OpenFile(const std::string& path, const char* password) {
+  TGXHostOpenOptions options = {};
+  options.size = sizeof options;
+  options.password = password;
+  return TGXHost_OpenFile(path.c_str(), &options);
+}
+
 std::string OpenFailure(const std::string& path, bool passwordGiven) {
   if (TGXHost_LastErrorCode() != kASBadPassword) return HostReason(path);
   return passwordGiven ? "the password is wrong" : "needs a password; see --password and --password-file";
@@ -76,10 +83,7 @@ Document::Document(std::string path, const std::optional<std::string>& password)
   RequireReadable(path_);
   const TGXInitParams init = {nullptr, &TGXHost_Tables};
   TGX_init(&init);
-  TGXHostOpenOptions options = {};
-  options.size = sizeof options;
-  options.password = password ? password->c_str() : nullptr;
-  handle_ = TGXHost_OpenFile(path_.c_str(), &options);
+  handle_ = OpenFile(path_, password ? password->c_str() : nullptr);
   if (handle_ == nullptr) throw Failure(path_, OpenFailure(path_, password.has_value()));
 }
 
@@ -122,10 +126,18 @@ void Document::Save(const std::string& path, const SaveChoices& choices) {
   options.deterministic = choices.deterministic ? 1 : 0;
   options.decrypt = choices.decrypt ? 1 : 0;
   if (TGXHost_SaveFile(handle_, path.c_str(), &options) == 0) return;
-  const std::string reason = HostReason(path);
+  std::string reason = HostReason(path);
+  if (choices.deterministic && TGXHost_LastErrorCode() == kASNotSupported) reason += "; --decrypt takes it away";
   // What is wrong with INPUT comes out when it is written; its name is then all that helps.
   if (reason != WithoutName(path_, reason)) throw Failure(reason);
   throw Failure(path, reason);
+}
+
+void RequireOpensWithoutPassword(const std::string& path) {
+  const PDDoc document = OpenFile(path, nullptr);
+  if (document != nullptr) return TGXHost_Close(document);
+  const bool isLocked = TGXHost_LastErrorCode() == kASBadPassword;
+  throw Failure(path, isLocked ? "needs a password; only a form without one can be read" : HostReason(path));
 }
 
 }  // namespace tgx::tool

@@ -53,4 +53,7 @@ class Document {
   std::size_t warningsTold_ = 0;
 };
 
+/// Throws Failure unless the file is a document that opens without a password.
+void RequireOpensWithoutPassword(const std::string& path);
+
 }  // namespace tgx::tool

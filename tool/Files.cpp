@@ -5,6 +5,7 @@
 #include <unistd.h>
 
 #include <cerrno>
+#include <filesystem>
 #include <fstream>
 
 #include "tool/Messages.h"
@@ -23,6 +24,7 @@ void RequireRegular(const std::string& path, const struct stat& status) {
   if (!S_ISREG(status.st_mode)) throw Failure(path, "is not a regular file");
 }
 
+/// A file takes the place of the old one as a whole, so its folder is written to in any case.
 void RequireFolderOf(const std::string& path) {
   const std::string folder = FolderOf(path);
   struct stat status = {};
@@ -30,11 +32,20 @@ void RequireFolderOf(const std::string& path) {
     throw Failure(path, errno == ENOENT ? "there is no folder " + folder : folder + ": " + Reason(errno));
   }
   if (!S_ISDIR(status.st_mode)) throw Failure(path, folder + " is not a folder");
+  if (faccessat(AT_FDCWD, folder.c_str(), W_OK | X_OK, AT_EACCESS) != 0) {
+    throw Failure(path, "nothing can be written to the folder " + folder + ": " + Reason(errno));
+  }
+}
+
+/// A single dash is the name of a file, and hardly ever meant as one.
+void RequireNoDash(const std::string& path, const char* stream) {
+  if (path == "-") throw Failure(path, std::string(stream) + " cannot be used; write ./- for a file of that name");
 }
 
 }  // namespace
 
 void RequireReadable(const std::string& path) {
+  RequireNoDash(path, "standard input");
   struct stat status = {};
   if (stat(path.c_str(), &status) != 0) throw Failure(path, errno == ENOENT ? "no such file" : Reason(errno));
   RequireRegular(path, status);
@@ -46,6 +57,7 @@ void RequireReadable(const std::string& path) {
 
 void RequireWritable(const std::string& input, const std::string& output, bool force) {
   if (output.empty()) throw Failure("-o: the name of the output is empty");
+  RequireNoDash(output, "standard output");
   if (output.back() == '/') throw Failure(output, "is not the name of a file");
   struct stat target = {};
   if (lstat(output.c_str(), &target) != 0) {
@@ -54,11 +66,19 @@ void RequireWritable(const std::string& input, const std::string& output, bool f
   }
   const bool leadsToFile = stat(output.c_str(), &target) == 0;
   if (leadsToFile) RequireRegular(output, target);
-  if (force) return;
-  struct stat source = {};
-  const bool same =
-      leadsToFile && stat(input.c_str(), &source) == 0 && source.st_dev == target.st_dev && source.st_ino == target.st_ino;
-  throw Failure(output, same ? "is the input; --force replaces it" : "exists already; --force replaces it");
+  if (force) {
+    if (leadsToFile) RequireFolderOf(std::filesystem::canonical(output));
+    return;
+  }
+  throw Failure(output,
+                IsSameFile(input, output) ? "is the input; --force replaces it" : "exists already; --force replaces it");
+}
+
+bool IsSameFile(const std::string& one, const std::string& other) {
+  struct stat first = {};
+  struct stat second = {};
+  return stat(one.c_str(), &first) == 0 && stat(other.c_str(), &second) == 0 && first.st_dev == second.st_dev &&
+         first.st_ino == second.st_ino;
 }
 
 FileVersion VersionOf(const std::string& path) {

@@ -13,6 +13,9 @@ void RequireReadable(const std::string& path);
 /// too, and in a folder that can be written.
 void RequireWritable(const std::string& input, const std::string& output, bool force);
 
+/// Whether both names, under any spelling, lead to one file that exists.
+bool IsSameFile(const std::string& one, const std::string& other);
+
 /// What tells whether a file is still the same: device, number, size and time of the last change.
 using FileVersion = std::array<std::int64_t, 5>;
 FileVersion VersionOf(const std::string& path);

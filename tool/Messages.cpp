@@ -32,9 +32,12 @@ void Print(std::string_view text) {
   if (std::fwrite(text.data(), 1, text.size(), stdout) != text.size() && outputError == 0) outputError = errno;
 }
 
-void FinishOutput() {
+int FinishOutput(int status) {
   if (std::fflush(stdout) != 0 && outputError == 0) outputError = errno;
-  if (outputError != 0) throw Failure("standard output", Reason(outputError));
+  if (outputError == 0) return status;
+  // Whoever reads only the beginning of a long result wants no complaint about it.
+  if (outputError == EPIPE) return kUsageOrFileError;
+  throw Failure("standard output", Reason(outputError));
 }
 
 }  // namespace tgx::tool

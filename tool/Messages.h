@@ -31,7 +31,8 @@ void Warn(std::string_view message);
 /// Writes to standard output. What goes wrong there is told by FinishOutput.
 void Print(std::string_view text);
 
-/// Flushes standard output; throws Failure if anything printed did not get there.
-void FinishOutput();
+/// Flushes standard output and gives the exit status: `status` if everything printed got there. Throws Failure if not,
+/// unless the reader went away, which is told by the status only.
+int FinishOutput(int status);
 
 }  // namespace tgx::tool

@@ -95,7 +95,7 @@ std::string AsJson(const Report& report) {
 std::string AsText(const Report& report) {
   std::string text;
   for (const StepReport& step : report.steps) text += AsText(step);
-  if (report.summary) text += AsText(*report.summary);
+  if (report.summary && report.saved) text += AsText(*report.summary);
   return text + OneLine(report.saved ? "saved " + report.output : "nothing was written") + "\n";
 }
 

@@ -1,67 +1,72 @@
 #include "tool/StepFiles.h"
 
-#include <cstring>
+#include <cctype>
 #include <filesystem>
 #include <fstream>
-#include <vector>
+#include <iterator>
+#include <string>
+#include <string_view>
 
+#include "tool/Document.h"
 #include "tool/Files.h"
 #include "tool/Messages.h"
 
 namespace tgx::tool {
 namespace {
 
+constexpr std::uint32_t kStyleNames = 2;
 constexpr std::uint32_t kForms = 4;
+constexpr std::uint32_t kContents = 5;
 constexpr std::uint32_t kLayoutTables = 9;
-/// The library reads a description of tables up to the first line that is longer,
+/// The library reads a list of tables up to the first line that is longer,
 constexpr std::uint64_t kLongestLine = 1023;
 /// none with more lines that are not blank,
 constexpr std::uint64_t kMostLines = 1'000'000;
 /// and no file but a PDF that is larger.
 constexpr std::uintmax_t kLargestFile = std::uintmax_t{64} << 20U;
 
-/// Takes the pieces of a file and finds lines that are too long or too many.
-class LineLengths {
- public:
-  explicit LineLengths(const std::string& path) : path_(path) {}
-
-  void Add(const char* bytes, std::size_t count) {
-    while (const auto* end = static_cast<const char*>(std::memchr(bytes, '\n', count))) {
-      const auto piece = static_cast<std::size_t>(end - bytes);
-      AddPiece(piece);
-      length_ = 0;
-      ++line_;
-      bytes = end + 1;
-      count -= piece + 1;
-    }
-    AddPiece(count);
-  }
-
- private:
-  void AddPiece(std::size_t count) {
-    if (length_ == 0 && count > 0 && ++filledLines_ > kMostLines) {
-      throw Failure(path_, "has more than " + std::to_string(kMostLines) + " lines");
-    }
-    length_ += count;
-    if (length_ <= kLongestLine) return;
-    throw Failure(path_, "line " + std::to_string(line_) + " is longer than " + std::to_string(kLongestLine) + " bytes");
-  }
-
-  const std::string& path_;
-  std::uint64_t line_ = 1;
-  std::uint64_t filledLines_ = 0;
-  std::uint64_t length_ = 0;
-};
-
-void RequireFewShortLines(const std::string& path) {
+std::string ReadWhole(const std::string& path) {
+  if (std::filesystem::file_size(path) > kLargestFile) throw Failure(path, "is larger than 64 MiB");
   std::ifstream file(path, std::ios::binary);
-  LineLengths lengths(path);
-  std::vector<char> buffer(std::size_t{64} << 10U);
-  while (file) {
-    file.read(buffer.data(), static_cast<std::streamsize>(buffer.size()));
-    lengths.Add(buffer.data(), static_cast<std::size_t>(file.gcount()));
+  std::string text{std::istreambuf_iterator<char>(file), {}};
+  if (file.bad()) throw Failure(path, "cannot be read");
+  return text;
+}
+
+/// "Table", a tabulator and a number.
+bool NamesTable(std::string_view line) {
+  constexpr std::string_view kWord = "Table\t";
+  return line.starts_with(kWord) && line.size() > kWord.size() &&
+         std::isdigit(static_cast<unsigned char>(line[kWord.size()])) != 0;
+}
+
+void RequireTables(const std::string& path) {
+  const std::string text = ReadWhole(path);
+  std::uint64_t lines = 0;
+  std::uint64_t filledLines = 0;
+  bool namesTable = false;
+  for (std::size_t at = 0; at < text.size();) {
+    const std::string_view line = std::string_view(text).substr(at, text.find('\n', at) - at);
+    ++lines;
+    if (line.size() > kLongestLine) {
+      throw Failure(path, "line " + std::to_string(lines) + " is longer than " + std::to_string(kLongestLine) + " bytes");
+    }
+    if (!line.empty() && ++filledLines > kMostLines) {
+      throw Failure(path, "has more than " + std::to_string(kMostLines) + " lines");
+    }
+    namesTable = namesTable || NamesTable(line);
+    at += line.size() + 1;
   }
-  if (!file.eof()) throw Failure(path, "cannot be read");
+  if (!namesTable) throw Failure(path, "is no list of tables: no line has \"Table\", a tabulator and a number");
+}
+
+/// A file of another kind says nothing to the step, which takes the marks away all the same.
+void RequireElement(const std::string& path, const std::string& element, const std::string& what) {
+  const std::string text = ReadWhole(path);
+  const std::size_t begin = text.find("<" + element);
+  if (begin == std::string::npos) throw Failure(path, "is no " + what + ": it has no element " + element);
+  if (text.find("</" + element, begin) != std::string::npos) return;
+  throw Failure(path, "is no whole " + what + ": its element " + element + " does not end");
 }
 
 }  // namespace
@@ -69,9 +74,11 @@ void RequireFewShortLines(const std::string& path) {
 void RequireUsableFile(const StepCall& step) {
   if (step.path.empty()) return;
   RequireReadable(step.path);
-  if (step.kind == StepKind::kAction && step.number == kForms) return;
-  if (std::filesystem::file_size(step.path) > kLargestFile) throw Failure(step.path, "is larger than 64 MiB");
-  if (step.kind == StepKind::kAction && step.number == kLayoutTables) RequireFewShortLines(step.path);
+  if (step.kind != StepKind::kAction) return;
+  if (step.number == kStyleNames) RequireElement(step.path, "ID_Document", "list of style names");
+  if (step.number == kForms) RequireOpensWithoutPassword(step.path);
+  if (step.number == kContents) RequireElement(step.path, "TOC_Item", "table of contents");
+  if (step.number == kLayoutTables) RequireTables(step.path);
 }
 
 }  // namespace tgx::tool

@@ -2,13 +2,18 @@
 
 #include "tool/Files.h"
 #include "tool/Messages.h"
+#include "tool/Signatures.h"
 #include "tool/StepFiles.h"
 
 namespace tgx::tool {
 
 void CheckFiles(const WorkOptions& options, const std::vector<StepCall>& steps) {
   RequireReadable(options.input);
-  for (const StepCall& step : steps) RequireUsableFile(step);
+  for (const StepCall& step : steps) {
+    RequireUsableFile(step);
+    if (IsSameFile(step.path, options.output)) throw Failure(options.output, "is the file of step " + step.name);
+  }
+  if (IsSameFile(options.passwordFile, options.output)) throw Failure(options.output, "is the file of the password");
   RequireWritable(options.input, options.output, options.force);
 }
 
@@ -28,6 +33,9 @@ void Save(Document& document, const WorkOptions& options, Report& report) {
   try {
     document.Save(options.output, options.save);
     report.saved = true;
+    if (!options.quiet && IsSigned(document.Handle())) {
+      Warn("warning: " + options.input + ": is signed; the signatures do not hold for " + options.output);
+    }
   } catch (const Failure& failure) {
     Warn(failure.what());
     report.status = failure.Status();

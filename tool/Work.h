@@ -14,6 +14,7 @@ struct WorkOptions {
   std::string input;
   std::string output;
   std::optional<std::string> password;
+  std::string passwordFile;  ///< where the password came from; empty without one
   SaveChoices save;
   bool keepGoing = false;
   bool json = false;

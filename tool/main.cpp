@@ -24,9 +24,7 @@ void HoldStandardStreams() {
 
 int Run(int argc, char** argv) {
   try {
-    const int status = tgx::tool::RunCommandLine(argc, argv);
-    tgx::tool::FinishOutput();
-    return status;
+    return tgx::tool::FinishOutput(tgx::tool::RunCommandLine(argc, argv));
   } catch (const tgx::tool::Failure& failure) {
     tgx::tool::Warn(failure.what());
     return failure.Status();
@@ -42,7 +40,8 @@ int Run(int argc, char** argv) {
 
 int main(int argc, char** argv) {
   HoldStandardStreams();
-  // Failed writes are told by a message and the exit status: a reader that went away, a file-size limit.
+  // Failed writes are told by the exit status, and by a message if nobody meant it: a file-size limit, a reader that went
+  // away.
   std::signal(SIGPIPE, SIG_IGN);
   std::signal(SIGXFSZ, SIG_IGN);
   const int status = Run(argc, argv);

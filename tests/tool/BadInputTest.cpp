@@ -1,10 +1,13 @@
 #include <sys/stat.h>
+#include <unistd.h>
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
 #include "tests/support/TestDocument.h"
 #include "tests/tool/RunTool.h"
+#include "tool/Files.h"
+#include "tool/Messages.h"
 
 namespace tgx::test {
 namespace {
@@ -102,6 +105,39 @@ TEST_F(BadInput, LongPathIsNamedOnce) {
   folder_.Write("letter.pdf", "no PDF file");
   const ProcessResult result = Tool({"tree", path + "/letter.pdf"}).In(folder_.Path()).Run();
   EXPECT_THAT(result.err, StartsWith("tgx: " + path + "/letter.pdf: not a PDF"));
+}
+
+TEST_F(BadInput, DashIsNoName) { ExpectRefused("-", "standard input cannot be used; write ./- for a file of that name\n"); }
+
+TEST_F(BadInput, DashIsNoNameOfTheOutput) {
+  folder_.Write("in.pdf", TinyDocument());
+  const ProcessResult result = Tool({"run", "in.pdf", "-o", "-", "reserved"}).In(folder_.Path()).Run();
+  EXPECT_EQ(result.status, 1);
+  EXPECT_EQ(result.err, Message("-: standard output cannot be used; write ./- for a file of that name"));
+  EXPECT_FALSE(Exists(folder_ / "-"));
+}
+
+TEST_F(BadInput, EmptyNameOfTheInput) {
+  const ProcessResult result = Tool({"tree", ""}).Run();
+  EXPECT_EQ(result.status, 1);
+  EXPECT_EQ(result.err, Message("INPUT: the name of the file is empty; see tgx tree --help"));
+}
+
+TEST_F(BadInput, FolderThatMayNotBeWrittenIsFoundOutBeforeTheWork) {
+  const TempFolder closed;
+  ASSERT_EQ(chmod(closed.Path().c_str(), 0555), 0);
+  const uid_t user = geteuid();
+  if (user == 0) {  // nothing is closed to the superuser
+    ASSERT_EQ(seteuid(65534), 0);
+  }
+  std::string told;
+  try {
+    tool::RequireWritable("in.pdf", closed / "out.pdf", false);
+  } catch (const tool::Failure& failure) {
+    told = failure.what();
+  }
+  ASSERT_EQ(seteuid(user), 0);
+  EXPECT_EQ(told, closed / "out.pdf" + ": nothing can be written to the folder " + closed.Path() + ": permission denied");
 }
 
 TEST_F(BadInput, EmptyNameOfTheOutput) {

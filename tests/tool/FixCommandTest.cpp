@@ -315,7 +315,7 @@ TEST_F(FixCommand, RefusesFilesWithoutAName) {
   for (const char* option : {"--styles", "--toc", "--tables", "--forms", "--password-file"}) {
     const ProcessResult result = Tool({"fix", "in.pdf", "-o", "out.pdf", option, ""}).In(folder_.Path()).Run();
     EXPECT_EQ(result.status, 1);
-    EXPECT_EQ(result.err, Message(std::string(option) + ": the name of the file is empty; see tgx --help"));
+    EXPECT_EQ(result.err, Message(std::string(option) + ": the name of the file is empty; see tgx fix --help"));
   }
 }
 

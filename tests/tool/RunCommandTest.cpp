@@ -15,6 +15,7 @@ namespace tgx::test {
 namespace {
 
 using testing::ElementsAre;
+using testing::EndsWith;
 using testing::HasSubstr;
 using testing::StartsWith;
 using Json = nlohmann::json;
@@ -184,6 +185,7 @@ TEST_F(RunCommand, DeterministicEncryptedOutputIsRefusedWithAClearText) {
   EXPECT_EQ(result.status, 1);
   EXPECT_THAT(result.err, StartsWith("tgx: "));
   EXPECT_THAT(result.err, HasSubstr("encrypted"));
+  EXPECT_THAT(result.err, EndsWith("; --decrypt takes it away\n"));
   EXPECT_THAT(folder_.Names(), ElementsAre("in.pdf"));
 }
 
