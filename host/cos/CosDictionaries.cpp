@@ -17,7 +17,7 @@ std::string_view KeyText(const char* key) {
 
 /// A dictionary whose entry a client works on, brought up to date with the models of its document.
 struct Target {
-  Target(CosObj handle, std::string_view key) : dictionary(DictionaryOf(handle)), document(Document::Of(handle)) {
+  Target(CosObj handle, std::string_view key) : dictionary(DictionaryOf(handle)), document(*Document::Find(handle.b)) {
     document.BeforeCosRead(dictionary, key);
   }
   QPDFObjectHandle dictionary;

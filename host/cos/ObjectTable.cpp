@@ -75,16 +75,7 @@ void ObjectTable::Arrive(CosObj handle, int level) {
   if (known != levels_.end() && known->second > level) known->second = level;
 }
 
-ObjectTable::Slot& SlotOf(CosObj handle) {
-  if (IsNull(handle)) throw HostError(kASBadParameter, "the null object where an object is needed");
-  Document* document = Document::Find(handle.b);
-  ObjectTable::Slot* slot = document == nullptr ? nullptr : document->Objects().Find(handle);
-  if (slot == nullptr) {
-    throw HostError(kASBadParameter, "no object of an open document has the handle " + std::to_string(handle.a) + ":" +
-                                         std::to_string(handle.b));
-  }
-  return *slot;
-}
+ObjectTable::Slot& SlotOf(CosObj handle) { return Document::ObjectOf(handle).slot; }
 
 std::string Describe(CosObj handle) {
   ObjectTable::Slot* slot = &SlotOf(handle);

@@ -30,6 +30,17 @@ const char* KindName(ASInt32 type) {
                   std::string("the page content object is no ") + wanted + " but of the kind " + KindName(TypeOf(object)));
 }
 
+ElementRef ElementOf(const FoundRecord& found, PDEObject object, int type) {
+  const bool fits =
+      found.slab->kind == RecordKind::kElement && (type == kAnyType || static_cast<Element*>(found.record)->type == type);
+  if (!fits) ThrowWrongType(object, type == kAnyType ? "element of a page" : KindName(type));
+  return {static_cast<PageModel*>(found.slab->owner), found.number};
+}
+
+CreatedText* CreatedTextOf(const FoundRecord& found) {
+  return found.slab->kind == RecordKind::kText ? static_cast<TextRecord*>(found.record)->text : nullptr;
+}
+
 }  // namespace
 
 ASInt32 TypeOf(PDEObject object) {
@@ -49,13 +60,7 @@ ASInt32 TypeOf(PDEObject object) {
   return kPDEContent;
 }
 
-ElementRef ElementOf(PDEObject object, int type) {
-  const FoundRecord found = Living(object);
-  const bool fits =
-      found.slab->kind == RecordKind::kElement && (type == kAnyType || static_cast<Element*>(found.record)->type == type);
-  if (!fits) ThrowWrongType(object, type == kAnyType ? "element of a page" : KindName(type));
-  return {static_cast<PageModel*>(found.slab->owner), found.number};
-}
+ElementRef ElementOf(PDEObject object, int type) { return ElementOf(Living(object), object, type); }
 
 ListRef ListOf(PDEContent list) {
   const FoundRecord found = Living(list);
@@ -64,14 +69,12 @@ ListRef ListOf(PDEContent list) {
 }
 
 TextRef TextOf(PDEText text) {
-  if (CreatedText* created = CreatedTextOf(text)) return {nullptr, 0, created};
-  const ElementRef element = ElementOf(text, kPDEText);
+  const FoundRecord found = Living(text);
+  if (CreatedText* created = CreatedTextOf(found)) return {nullptr, 0, created};
+  const ElementRef element = ElementOf(found, text, kPDEText);
   return {element.page, element.number, nullptr};
 }
 
-CreatedText* CreatedTextOf(PDEObject object) {
-  const FoundRecord found = Living(object);
-  return found.slab->kind == RecordKind::kText ? static_cast<TextRecord*>(found.record)->text : nullptr;
-}
+CreatedText* CreatedTextOf(PDEObject object) { return CreatedTextOf(Living(object)); }
 
 }  // namespace tgx::host

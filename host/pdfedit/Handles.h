@@ -24,6 +24,7 @@ struct TextRef {
   CreatedText* created = nullptr;
 
   const TextLayout& Layout() const { return created != nullptr ? created->Layout() : page->Layout(number); }
+  std::size_t RunCount() const { return created != nullptr ? created->Layout().Runs().size() : page->RunCount(number); }
 };
 
 /// The kind of anything, as kPDE... value.

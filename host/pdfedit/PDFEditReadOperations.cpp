@@ -99,7 +99,7 @@ void PDEElementGetBBox(PDEElement element, ASFixedRect* box) {
 
 ASInt32 PDETextGetNumChars(PDEText text) { return static_cast<ASInt32>(TextOf(text).Layout().Chars().size()); }
 
-ASInt32 PDETextGetNumRuns(PDEText text) { return static_cast<ASInt32>(TextOf(text).Layout().Runs().size()); }
+ASInt32 PDETextGetNumRuns(PDEText text) { return static_cast<ASInt32>(TextOf(text).RunCount()); }
 
 ASInt32 PDETextGetNumBytes(PDEText text, ASUns32 flags, ASInt32 index) {
   return static_cast<ASInt32>(PartOf(text, flags, index).Bytes().size());

@@ -80,9 +80,17 @@ Document& Document::Of(PDDoc handle) { return Lookup(handle, kDocKind, "PDDoc");
 Document& Document::Of(CosDoc handle) { return Lookup(handle, kCosDocKind, "CosDoc"); }
 Document& Document::Of(PDPage handle) { return Lookup(handle, kPageKind, "PDPage"); }
 
-Document& Document::Of(CosObj handle) {
-  SlotOf(handle);
-  return *Find(handle.b);
+Document& Document::Of(CosObj handle) { return ObjectOf(handle).document; }
+
+LivingObject Document::ObjectOf(CosObj handle) {
+  if (IsNull(handle)) throw HostError(kASBadParameter, "the null object where an object is needed");
+  Document* document = Find(handle.b);
+  ObjectTable::Slot* slot = document == nullptr ? nullptr : document->objects_.Find(handle);
+  if (slot == nullptr) {
+    throw HostError(kASBadParameter, "no object of an open document has the handle " + std::to_string(handle.a) + ":" +
+                                         std::to_string(handle.b));
+  }
+  return {*document, *slot};
 }
 
 void Document::Close(Document& document) noexcept { Registry()[document.serial_].reset(); }

@@ -17,6 +17,7 @@
 namespace tgx::host {
 
 class AnnotationLists;
+struct LivingObject;
 class PageContents;
 class PageList;
 class Source;
@@ -42,6 +43,8 @@ class Document {
   static Document& Of(CosDoc handle);
   static Document& Of(PDPage handle);
   static Document& Of(CosObj handle);
+  /// The same together with the object's slot.
+  static LivingObject ObjectOf(CosObj handle);
 
   /// Ends the document; all its handles are dead from here on.
   static void Close(Document& document) noexcept;
@@ -104,6 +107,12 @@ class Document {
   std::unique_ptr<PageContents> contents_;
   std::size_t edits_ = 0;
   bool linearized_ = false;
+};
+
+/// What the handle of a living object stands for.
+struct LivingObject {
+  Document& document;
+  ObjectTable::Slot& slot;
 };
 
 }  // namespace tgx::host

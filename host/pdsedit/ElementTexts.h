@@ -12,11 +12,11 @@ namespace tgx::host {
 ASAtom TypeOfElement(StructureTree& tree, NodeId element);
 void SetTypeOfElement(StructureTree& tree, NodeId element, ASAtom type);
 
-/// Whether the entry is a string, also an empty one. `key` is qpdf's, with the slash.
-bool HasText(StructureTree& tree, NodeId element, const std::string& key);
+/// Whether the entry is a string, also an empty one.
+bool HasText(StructureTree& tree, NodeId element, ElementText text);
 /// The length of the string's stored bytes, which are copied to `buffer` unless that is null; 0 without a string.
-ASInt32 CopyText(StructureTree& tree, NodeId element, const std::string& key, ASUns8* buffer);
-void SetText(StructureTree& tree, NodeId element, const std::string& key, const std::string& bytes);
-void RemoveText(StructureTree& tree, NodeId element, const std::string& key);
+ASInt32 CopyText(StructureTree& tree, NodeId element, ElementText text, ASUns8* buffer);
+void SetText(StructureTree& tree, NodeId element, ElementText text, const std::string& bytes);
+void RemoveText(StructureTree& tree, NodeId element, ElementText text);
 
 }  // namespace tgx::host

@@ -18,6 +18,10 @@ class Document;
 /// How much more than `count` single things sharing may make of them: enough for every sound tree.
 constexpr std::uint64_t MostWithSharing(std::uint64_t count) { return 4 * count + 100'000; }
 
+/// The texts that clients ask elements for by operations of their own.
+enum class ElementText : ASUns8 { kAlt, kTitle, kLanguage };
+constexpr std::size_t kElementTexts = 3;
+
 /// A structure element, or a structure tree root, in memory.
 struct Node {
   QPDFObjectHandle object;
@@ -36,6 +40,12 @@ struct Node {
   bool parentUnsure : 1 = false;   ///< "P" does not name a node that holds it; `parent` is where the walk came from
   bool parentUnread : 1 = false;   ///< met outside of the tree: "P" is looked at when it is asked for
   bool queued : 1 = false;         ///< stands in the list of nodes to be written
+  ASUns8 lacking = 0;              ///< a bit for each text that the dictionary is known not to have
+
+  bool Lacks(ElementText text) const { return (lacking & BitOf(text)) != 0; }
+  void NoteLacking(ElementText text) { lacking |= BitOf(text); }
+  void NoteTextEdited(ElementText text) { lacking &= static_cast<ASUns8>(~BitOf(text)); }
+  static ASUns8 BitOf(ElementText text) { return static_cast<ASUns8>(1U << static_cast<unsigned>(text)); }
 };
 
 /// The nodes of a document's structure tree, those outside of it that a client came upon, and the items of their "K"

@@ -19,14 +19,18 @@ StructureTree& TreeOf(CosObj handle) { return Document::Of(handle).Structure(); 
 
 /// An element with the tree that it belongs to.
 struct Target {
-  explicit Target(PDSElement handle) : tree(TreeOf(handle)), element(tree.ElementOf(handle)) {}
+  explicit Target(PDSElement handle) : Target(handle, Document::ObjectOf(handle)) {}
+  Target(PDSElement handle, const LivingObject& living)
+      : tree(living.document.Structure()), element(tree.ElementOf(handle, living.slot.object)) {}
   StructureTree& tree;
   NodeId element;
 };
 
 /// The same for an operation that takes the tree root in the place of an element.
 struct ParentTarget {
-  explicit ParentTarget(PDSElement handle) : tree(TreeOf(handle)), node(tree.ElementOrRootOf(handle)) {}
+  explicit ParentTarget(PDSElement handle) : ParentTarget(handle, Document::ObjectOf(handle)) {}
+  ParentTarget(PDSElement handle, const LivingObject& living)
+      : tree(living.document.Structure()), node(tree.ElementOrRootOf(handle, living.slot.object)) {}
   StructureTree& tree;
   NodeId node;
 };
@@ -104,27 +108,27 @@ ASAtom PDSElementGetKidWithMCInfo(PDSElement element, ASInt32 index, CosObj* kid
 
 ASBool PDSElementHasAlt(PDSElement element) {
   const Target target(element);
-  return HasText(target.tree, target.element, "/Alt") ? 1 : 0;
+  return HasText(target.tree, target.element, ElementText::kAlt) ? 1 : 0;
 }
 
 ASInt32 PDSElementGetAlt(PDSElement element, ASUns8* buffer) {
   const Target target(element);
-  return CopyText(target.tree, target.element, "/Alt", buffer);
+  return CopyText(target.tree, target.element, ElementText::kAlt, buffer);
 }
 
 ASInt32 PDSElementGetTitle(PDSElement element, ASUns8* buffer) {
   const Target target(element);
-  return CopyText(target.tree, target.element, "/T", buffer);
+  return CopyText(target.tree, target.element, ElementText::kTitle, buffer);
 }
 
 ASBool PDSElementHasLanguage(PDSElement element) {
   const Target target(element);
-  return HasText(target.tree, target.element, "/Lang") ? 1 : 0;
+  return HasText(target.tree, target.element, ElementText::kLanguage) ? 1 : 0;
 }
 
 ASInt32 PDSElementGetLanguage(PDSElement element, ASUns8* buffer) {
   const Target target(element);
-  return CopyText(target.tree, target.element, "/Lang", buffer);
+  return CopyText(target.tree, target.element, ElementText::kLanguage, buffer);
 }
 
 void PDSMCGetInfo(CosObj cosPage, PDEContainer container, PDSMCInfo* info) {

@@ -75,15 +75,15 @@ void PDSElementSetType(PDSElement element, ASAtom type) {
 void PDSElementSetLanguage(PDSElement element, const ASUns8* bytes, ASTArraySize count) {
   const Target target(element);
   if (count < 0 || (bytes == nullptr && count > 0)) throw HostError(kASBadParameter, "no bytes for a language");
-  SetText(target.tree, target.element, "/Lang", std::string(bytes, bytes + count));
+  SetText(target.tree, target.element, ElementText::kLanguage, std::string(bytes, bytes + count));
 }
 
 void PDSElementSetAltASText(PDSElement element, ASText text) {
   const Target target(element);
   if (text == nullptr) {
-    RemoveText(target.tree, target.element, "/Alt");
+    RemoveText(target.tree, target.element, ElementText::kAlt);
   } else {
-    SetText(target.tree, target.element, "/Alt", "\xFE\xFF" + Utf16ToBigEndian(TextOf(text).units));
+    SetText(target.tree, target.element, ElementText::kAlt, "\xFE\xFF" + Utf16ToBigEndian(TextOf(text).units));
   }
 }
 

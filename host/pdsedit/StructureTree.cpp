@@ -7,7 +7,7 @@
 
 namespace tgx::host {
 
-void StructureTree::MakeReady() {
+void StructureTree::ReadAndCheck() {
   if (!nodes_) {
     QPDFObjectHandle root = document_.Pdf().getRoot().getKey("/StructTreeRoot");
     try {
@@ -19,10 +19,8 @@ void StructureTree::MakeReady() {
     }
     for (NodeId id = 0; clientSawKids_ && id < nodes_->Count(); ++id) WatchArray(id);
   }
-  if (!isChecked_) {
-    CheckAll(*nodes_);
-    isChecked_ = true;
-  }
+  CheckAll(*nodes_);
+  isChecked_ = true;
 }
 
 NodeId StructureTree::Read(const QPDFObjectHandle& object, bool isRoot) {
@@ -57,15 +55,18 @@ NodeId StructureTree::RootOf(PDSTreeRoot handle) {
   return id;
 }
 
-NodeId StructureTree::ElementOrRootOf(PDSElement handle) {
-  const QPDFObjectHandle& object = ObjectOf(handle);
+NodeId StructureTree::ElementOrRootOf(PDSElement handle) { return ElementOrRootOf(handle, ObjectOf(handle)); }
+
+NodeId StructureTree::ElementOrRootOf(PDSElement handle, const QPDFObjectHandle& object) {
   MakeReady();
   const NodeId id = nodes_->Find(handle, object);
   return id != kNoNode ? id : ReadElement(object);
 }
 
-NodeId StructureTree::ElementOf(PDSElement handle) {
-  const NodeId id = ElementOrRootOf(handle);
+NodeId StructureTree::ElementOf(PDSElement handle) { return ElementOf(handle, ObjectOf(handle)); }
+
+NodeId StructureTree::ElementOf(PDSElement handle, const QPDFObjectHandle& object) {
+  const NodeId id = ElementOrRootOf(handle, object);
   if ((*nodes_)[id].isRoot) throw HostError(kASWrongType, "the structure tree root where a structure element is needed");
   return id;
 }

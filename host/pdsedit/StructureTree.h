@@ -39,6 +39,9 @@ class StructureTree : public CosObserver {
   NodeId RootOf(PDSTreeRoot handle);
   NodeId ElementOf(PDSElement handle);
   NodeId ElementOrRootOf(PDSElement handle);
+  /// The same with the object behind the handle, for who has it.
+  NodeId ElementOf(PDSElement handle, const QPDFObjectHandle& object);
+  NodeId ElementOrRootOf(PDSElement handle, const QPDFObjectHandle& object);
   NodeId NewElement();
 
   Document& Owner() noexcept { return document_; }
@@ -55,7 +58,10 @@ class StructureTree : public CosObserver {
   void MarkChanged();
 
  private:
-  void MakeReady();
+  void MakeReady() {
+    if (!isChecked_) ReadAndCheck();
+  }
+  void ReadAndCheck();
   NodeId Read(const QPDFObjectHandle& object, bool isRoot);
   NodeId ReadElement(const QPDFObjectHandle& object);
   void MarkKidsChanged(NodeId id);
@@ -76,7 +82,7 @@ class StructureTree : public CosObserver {
   Document& document_;
   std::optional<NodeStore> nodes_;  ///< empty until the tree is first used
   NodeId root_ = kNoNode;
-  bool isChecked_ = false;
+  bool isChecked_ = false;      ///< the tree has been read, and nothing that was added since is unsound
   bool clientSawKids_ = false;  ///< a "K" was read before the tree was
   bool isTouched_ = false;      ///< the parent tree or the ID tree may have become untrue
   std::vector<NodeId> queue_;   ///< nodes with changes to be written

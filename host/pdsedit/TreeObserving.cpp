@@ -1,5 +1,6 @@
 #include <algorithm>
 #include <array>
+#include <optional>
 
 #include "host/pdmodel/Document.h"
 #include "host/pdsedit/KidKinds.h"
@@ -30,6 +31,13 @@ constexpr std::array<std::string_view, 20> kStructuralKeys = {"",
                                                               "ParentTreeNextKey",
                                                               "StructParent",
                                                               "StructParents"};
+
+std::optional<ElementText> TextAt(std::string_view key) {
+  if (key == "Alt") return ElementText::kAlt;
+  if (key == "T") return ElementText::kTitle;
+  if (key == "Lang") return ElementText::kLanguage;
+  return std::nullopt;
+}
 
 bool IsStructural(std::string_view key) {
   return key == "StructTreeRoot" || std::find(kStructuralKeys.begin(), kStructuralKeys.end(), key) != kStructuralKeys.end();
@@ -70,6 +78,11 @@ void StructureTree::WatchArray(NodeId id) {
 }
 
 void StructureTree::AfterCosEdit(const QPDFObjectHandle& container, std::string_view key) {
+  if (const std::optional<ElementText> text = TextAt(key)) {
+    const NodeId id = nodes_ ? nodes_->Find(container) : kNoNode;
+    if (id != kNoNode) (*nodes_)[id].NoteTextEdited(*text);
+    return;
+  }
   if (!IsStructural(key)) return;
   isTouched_ = true;
   if (!nodes_) return;

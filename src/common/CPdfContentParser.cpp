@@ -39,9 +39,15 @@ std::u16string ReadText(PDEText text) {
 
 CPdfContentParser::CPdfContentParser() { Reset(); }
 
+void CPdfContentParser::SetDoc(PDDoc document) {
+  if (document != nullptr) Reset();
+  CPdfDocument::SetDoc(document);
+}
+
 void CPdfContentParser::Reset() {
   containers_.clear();
   texts_.clear();
+  contents_.clear();
   pageNumbers_.clear();
   dispatch_.Set(kPDEContent, &CPdfContentParser::VisitContent);
   dispatch_.Set(kPDEText, &CPdfContentParser::VisitText);
@@ -57,17 +63,16 @@ void CPdfContentParser::Parse() {
       pageNumber_ = PDPageGetNumber(page);
       cosPage_ = PDPageGetCosObj(page);
       pageNumbers_.emplace(BitsOf(cosPage_), pageNumber_);
-      const PDEContent content = PDPageAcquirePDEContent(page, ExtensionId());
+      const PDEContent content = contents_.emplace_back(page).Get();
       const ASInt32 elements = PDEContentGetNumElems(content);
       for (ASInt32 element = 0; element < elements; ++element) dispatch_(*this, PDEContentGetElem(content, element));
-      PDPageReleasePDEContent(page, ExtensionId());
     }
   });
 }
 
 void CPdfContentParser::FindRecord(ASInt32 mcid, ASInt32 page, ContentTextRecord& record) const {
   const auto text = texts_.find(KeyOf(mcid, page));
-  record = text == texts_.end() ? ContentTextRecord() : ContentTextRecord{mcid, page, text->second};
+  record = text == texts_.end() ? ContentTextRecord() : ContentTextRecord{mcid, page, ReadText(text->second)};
 }
 
 ASInt32 CPdfContentParser::PageNumberOf(CosObj cosPage) const {
@@ -92,9 +97,8 @@ void CPdfContentParser::VisitText(PDEElement& text) {
   if (containers_.empty()) return;
   PDSMCInfo info = {};
   PDSMCGetInfo(cosPage_, containers_.back(), &info);
-  // Only the first text of an MCID is ever looked up, so the others need not be read.
-  const auto [record, isFirst] = texts_.try_emplace(KeyOf(info.mcid, pageNumber_));
-  if (isFirst) record->second = ReadText(text);
+  // Only the first text of an MCID is ever looked up.
+  texts_.try_emplace(KeyOf(info.mcid, pageNumber_), text);
 }
 
 }  // namespace tgx

@@ -1,11 +1,13 @@
 #pragma once
 
 #include <cstdint>
+#include <deque>
 #include <string>
 #include <unordered_map>
 #include <vector>
 
 #include "src/common/CPdfDocument.h"
+#include "src/common/PageContentGuards.h"
 #include "src/common/contentvisitors/ContentDispatch.h"
 
 namespace tgx {
@@ -17,12 +19,17 @@ struct ContentTextRecord {
   std::u16string text;
 };
 
-/// Reads the content of all pages once and gives the text of marked content by MCID and page.
+/// Goes through the content of all pages once and gives the text of marked content by MCID and page. Texts are read when
+/// they are asked for: few of a document's ever are.
 class CPdfContentParser : public CPdfDocument {
  public:
   CPdfContentParser();
 
-  /// Reads the document anew. The references that this takes on the pages stay open.
+  /// As that of the base; what was read of the document before is forgotten.
+  void SetDoc(PDDoc document);
+
+  /// Reads the document anew. The references that this takes on the pages stay open; their contents are held for as long as
+  /// the parser lives.
   void Parse();
 
   /// The text of the first text element that stands directly in marked content of that MCID on the page. Other text elements
@@ -47,7 +54,8 @@ class CPdfContentParser : public CPdfDocument {
   CosObj cosPage_ = {};
   std::vector<PDEContainer> containers_;  // that are open, innermost last
   ContentDispatch<CPdfContentParser> dispatch_;
-  std::unordered_map<std::uint64_t, std::u16string> texts_;
+  std::deque<AcquiredContent> contents_;
+  std::unordered_map<std::uint64_t, PDEText> texts_;
   std::unordered_map<std::uint64_t, ASInt32> pageNumbers_;  // by the bits of the page's dictionary
 };
 

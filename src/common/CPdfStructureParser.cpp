@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <stdexcept>
+#include <utility>
 
 #include "src/api/HostException.h"
 #include "src/common/StructureUtils.h"
@@ -98,10 +99,11 @@ void CPdfStructureParser::EndElement() {
     ChangeLinkDepth(-1);
     return;
   }
+  const std::u16string text = annotations_.empty() ? std::u16string() : LinkText();
   while (!annotations_.empty()) {
     const CosObj annotation = annotations_.back();
     annotations_.pop_back();
-    WriteLinkText(annotation);
+    WriteLinkText(annotation, text);
   }
   links_.clear();
 }
@@ -114,9 +116,7 @@ void CPdfStructureParser::HandleLink(CosObj element) {
 void CPdfStructureParser::HandleMarkedContent(CosObj /*object*/) {
   if (kids_.empty() || links_.empty()) return;
   const PDSMCInfo& info = kids_.back();
-  ContentTextRecord record;
-  content_.FindRecord(info.mcid, content_.PageNumberOf(info.page), record);
-  linkText_ += record.text;
+  linkText_.emplace_back(MarkedContent{info.mcid, content_.PageNumberOf(info.page)});
 }
 
 void CPdfStructureParser::HandleObject(CosObj object) {
@@ -130,18 +130,33 @@ void CPdfStructureParser::AppendAlt(CosObj element) {
   // The byte-order mark in front, and the two zero bytes behind; a text of one byte has not even that.
   alt.resize(alt.size() - 2);
   alt.erase(alt.begin(), alt.begin() + static_cast<std::ptrdiff_t>(std::min<std::size_t>(alt.size(), 2)));
-  linkText_ += u' ';
-  AppendUtf16Units(alt, linkText_);
-  linkText_ += u' ';
+  std::u16string text = u" ";
+  AppendUtf16Units(alt, text);
+  text += u' ';
+  linkText_.emplace_back(std::move(text));
 }
 
-void CPdfStructureParser::WriteLinkText(CosObj annotation) {
+std::u16string CPdfStructureParser::LinkText() const {
+  std::u16string text;
+  ContentTextRecord record;
+  for (const LinkPiece& piece : linkText_) {
+    if (const auto* content = std::get_if<MarkedContent>(&piece)) {
+      content_.FindRecord(content->mcid, content->page, record);
+      text += record.text;
+    } else {
+      text += std::get<std::u16string>(piece);
+    }
+  }
+  return text;
+}
+
+void CPdfStructureParser::WriteLinkText(CosObj annotation, const std::u16string& text) {
   if (!IsAnnotation(annotation) || !TakesContents(annotation)) return;
   std::u16string target;
   actions_.Describe(annotation, target);
   // Readers of the result get two zero bytes behind the text, as part of the string.
   ByteVector contents = {0xFE, 0xFF};
-  AppendUtf16Bytes(linkText_, contents);
+  AppendUtf16Bytes(text, contents);
   AppendUtf16Bytes(target, contents);
   contents.insert(contents.end(), 2, 0);
   if (contents.size() > bytesLeft_) throw std::runtime_error("the texts of the links are longer than 256 MiB in all");

@@ -4,6 +4,7 @@
 #include <map>
 #include <string>
 #include <string_view>
+#include <variant>
 #include <vector>
 
 #include "src/common/AnnotActionReader.h"
@@ -33,6 +34,14 @@ class CPdfStructureParser : public CPdfDocument {
  private:
   using Handler = void (CPdfStructureParser::*)(CosObj);
 
+  /// Marked content, whose text goes to the link.
+  struct MarkedContent {
+    ASInt32 mcid;
+    ASInt32 page;  ///< counted from 0
+  };
+  /// That, or an alternate text.
+  using LinkPiece = std::variant<MarkedContent, std::u16string>;
+
   /// Calls the handler of a kind of kid or of an element's type; nothing for a name without one.
   void Dispatch(std::string_view name, CosObj object);
   void HandleElement(CosObj element);
@@ -43,14 +52,15 @@ class CPdfStructureParser : public CPdfDocument {
 
   void AppendAlt(CosObj element);
   void EndElement();
-  void WriteLinkText(CosObj annotation);
+  std::u16string LinkText() const;
+  void WriteLinkText(CosObj annotation, const std::u16string& text);
 
   std::map<std::string_view, Handler> handlers_;
   std::vector<PDSMCInfo> kids_;  // on the way from the top to the kid at hand
   CPdfContentParser content_;
   AnnotActionReader actions_;
-  std::vector<CosObj> links_;  // that are open
-  std::u16string linkText_;
+  std::vector<CosObj> links_;        // that are open
+  std::vector<LinkPiece> linkText_;  // read when it is written, which it mostly is not: see the class
   std::vector<CosObj> annotations_;  // that wait for the text
   // What may still be written: links that stay open give each of their annotations all of the text that was gathered.
   std::size_t bytesLeft_ = 256U << 20U;

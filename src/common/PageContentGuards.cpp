@@ -3,7 +3,7 @@
 namespace tgx {
 namespace {
 
-// None of the two raises for a page that is open, so destructors may call it.
+// None of the two raises for a page that is open, so destructors may call them.
 void CommitContent(PDPage page) {
   PDPageSetPDEContent(page, ExtensionId());
   PDPageReleasePDEContent(page, ExtensionId());
@@ -22,5 +22,9 @@ PageContent::PageContent(PDDoc document, PDPage page)
     : page_(page), document_(document), content_(PDPageAcquirePDEContent(page, ExtensionId())) {}
 
 PageContent::~PageContent() { CommitContent(page_.Get()); }
+
+AcquiredContent::AcquiredContent(PDPage page) : page_(page), content_(PDPageAcquirePDEContent(page, ExtensionId())) {}
+
+AcquiredContent::~AcquiredContent() { PDPageReleasePDEContent(page_, ExtensionId()); }
 
 }  // namespace tgx

@@ -40,4 +40,19 @@ class PageContent {
   PDEContent content_;
 };
 
+/// The content of a page, acquired for reading. The page is the caller's.
+class AcquiredContent {
+ public:
+  explicit AcquiredContent(PDPage page);
+  AcquiredContent(const AcquiredContent&) = delete;
+  AcquiredContent& operator=(const AcquiredContent&) = delete;
+  ~AcquiredContent();
+
+  PDEContent Get() const { return content_; }
+
+ private:
+  PDPage page_;
+  PDEContent content_;
+};
+
 }  // namespace tgx

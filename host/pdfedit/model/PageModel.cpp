@@ -147,6 +147,19 @@ const TextLayout& PageModel::Layout(std::uint32_t text) {
   return *editedLayout_.layout;
 }
 
+std::size_t PageModel::RunCount(std::uint32_t text) {
+  if (original_.text == text || textEdits_.count(text) != 0) return Layout(text).Runs().size();
+  std::size_t count = 0;
+  const Element& element = At(text);
+  ContentReader reader(std::string_view(bytes_).substr(0, element.end), element.begin);
+  while (reader.Next()) {
+    if (!IsShow(reader.Code())) continue;
+    ForEachShown(
+        reader, [&](const Token&) { ++count; }, [](double, const Token&) {});
+  }
+  return count;
+}
+
 // Images.
 
 ImageData PageModel::ImageOf(std::uint32_t number) {

@@ -104,6 +104,8 @@ class PageModel {
   const ContentState& StateAt(std::uint32_t offset);
   const TextLayout& OriginalLayout(std::uint32_t text);
   const TextLayout& Layout(std::uint32_t text);
+  /// The number of runs in the layout, which takes no layout to tell: clients count runs without looking at them.
+  std::size_t RunCount(std::uint32_t text);
 
   // Marked content by identifier.
   PDEContainer ContainerOf(std::int32_t mcid);

@@ -1,5 +1,6 @@
 #include "host/pdfedit/model/Slabs.h"
 
+#include <array>
 #include <cstdlib>
 #include <unordered_set>
 
@@ -11,6 +12,9 @@ struct Pool {
   std::unordered_set<std::uintptr_t> live;
   std::vector<void*> free;  // has room for all slabs, so that giving one back cannot fail
   std::size_t slabs = 0;
+  std::array<std::uintptr_t, 64> seen = {};  // slabs that were found alive, each at the place that its address gives it
+
+  std::uintptr_t& SeenAt(std::uintptr_t base) { return seen[base / kSlabSize % seen.size()]; }
 };
 
 Pool& ThePool() {
@@ -41,14 +45,18 @@ SlabHeader* NewSlab(RecordKind kind, std::uint32_t first, void* owner) {
 void FreeSlab(SlabHeader* slab) noexcept {
   Pool& pool = ThePool();
   pool.live.erase(reinterpret_cast<std::uintptr_t>(slab));
+  pool.SeenAt(reinterpret_cast<std::uintptr_t>(slab)) = 0;
   pool.free.push_back(slab);
 }
 
 FoundRecord FindRecord(const void* address) noexcept {
   const auto bits = reinterpret_cast<std::uintptr_t>(address);
   const std::uintptr_t base = bits & ~(kSlabSize - 1);
-  const Pool& pool = ThePool();
-  if (pool.live.find(base) == pool.live.end()) return {};
+  Pool& pool = ThePool();
+  if (std::uintptr_t& seen = pool.SeenAt(base); seen != base || base == 0) {
+    if (pool.live.find(base) == pool.live.end()) return {};
+    seen = base;
+  }
   const std::size_t offset = bits - base;
   if (offset < kRecordSize || offset % kRecordSize != 0) return {};
   auto* slab = reinterpret_cast<SlabHeader*>(base);

@@ -136,10 +136,7 @@ void FootnoteRefFix::VisitContainer(PDEContainer container) {
   ASBool isInline = 0;
   if (PDEContainerGetDict(container, &dictionary, &isInline) == 0) return;
   if (CosDictKnownKeyString(dictionary, "MCID") != 1) return;
-  McMark mark = {currentPage_, -1, {}};
-  PDEElementGetBBox(container, &mark.rect);
-  mark.mcid = CosIntegerValue(CosDictGetKeyString(dictionary, "MCID"));
-  allMarks_.Add(mark, container);
+  allMarks_.Add(currentPage_, CosIntegerValue(CosDictGetKeyString(dictionary, "MCID")), container);
 }
 
 void FootnoteRefFix::VisitElement(PDSElement& element) {

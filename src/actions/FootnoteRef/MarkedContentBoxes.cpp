@@ -22,34 +22,43 @@ ASFixedRect BoundingRect(const std::vector<McMark>& marks) {
   return rect;
 }
 
-void MarkedContentBoxes::Add(const McMark& piece, PDEContainer container) {
-  Boxes& boxes = pages_[BitsOf(piece.page)].try_emplace(piece.mcid, Boxes{piece.rect, piece.rect, {}}).first->second;
-  boxes.last = piece.rect;
-  Widen(boxes.around, piece.rect);
-  boxes.containers.push_back(container);
+void MarkedContentBoxes::Add(CosObj page, std::int32_t mcid, PDEContainer container) {
+  pages_[BitsOf(page)][mcid].containers.push_back(container);
 }
 
-const MarkedContentBoxes::Boxes* MarkedContentBoxes::Find(CosObj page, std::int32_t mcid) const {
+MarkedContentBoxes::Pieces* MarkedContentBoxes::Find(CosObj page, std::int32_t mcid) {
   const auto mcids = pages_.find(BitsOf(page));
   if (mcids == pages_.end()) return nullptr;
   const auto known = mcids->second.find(mcid);
   return known == mcids->second.end() ? nullptr : &known->second;
 }
 
-std::optional<McMark> MarkedContentBoxes::Around(CosObj page, std::int32_t mcid) const {
-  const Boxes* boxes = Find(page, mcid);
-  if (boxes == nullptr) return std::nullopt;
-  return McMark{page, mcid, boxes->around};
+const MarkedContentBoxes::Pieces* MarkedContentBoxes::Measured(CosObj page, std::int32_t mcid) {
+  Pieces* pieces = Find(page, mcid);
+  if (pieces == nullptr || pieces->isMeasured) return pieces;
+  pieces->around = kEmptyRect;
+  for (const PDEContainer container : pieces->containers) {
+    PDEElementGetBBox(container, &pieces->last);
+    Widen(pieces->around, pieces->last);
+  }
+  pieces->isMeasured = true;
+  return pieces;
 }
 
-std::vector<PDEContainer> MarkedContentBoxes::ContainersOf(CosObj page, std::int32_t mcid) const {
-  const Boxes* boxes = Find(page, mcid);
-  return boxes == nullptr ? std::vector<PDEContainer>() : boxes->containers;
+std::optional<McMark> MarkedContentBoxes::Around(CosObj page, std::int32_t mcid) {
+  const Pieces* pieces = Measured(page, mcid);
+  if (pieces == nullptr) return std::nullopt;
+  return McMark{page, mcid, pieces->around};
 }
 
-void MarkedContentBoxes::Fill(std::vector<McMark>& marks) const {
+std::vector<PDEContainer> MarkedContentBoxes::ContainersOf(CosObj page, std::int32_t mcid) {
+  const Pieces* pieces = Find(page, mcid);
+  return pieces == nullptr ? std::vector<PDEContainer>() : pieces->containers;
+}
+
+void MarkedContentBoxes::Fill(std::vector<McMark>& marks) {
   for (McMark& mark : marks) {
-    if (const Boxes* boxes = Find(mark.page, mark.mcid)) mark.rect = boxes->last;
+    if (const Pieces* pieces = Measured(mark.page, mark.mcid)) mark.rect = pieces->last;
   }
 }
 

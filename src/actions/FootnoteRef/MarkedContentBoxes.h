@@ -24,33 +24,35 @@ void Widen(ASFixedRect& rect, const ASFixedRect& by);
 /// The box around the marks on the page of the first one; kEmptyRect without marks.
 ASFixedRect BoundingRect(const std::vector<McMark>& marks);
 
-/// Where the marked content of a document lies, by page and MCID. An MCID can have several pieces.
+/// Where the marked content of a document lies, by page and MCID. An MCID can have several pieces. A box is measured when it
+/// is first asked for, which few are; until then the content of the pages must stay acquired and unchanged.
 class MarkedContentBoxes {
  public:
   void Clear() { pages_.clear(); }
-  /// Adds a piece and its container, in the order in which the page paints them.
-  void Add(const McMark& piece, PDEContainer container);
+  /// Adds a piece, in the order in which the page paints them.
+  void Add(CosObj page, std::int32_t mcid, PDEContainer container);
 
   /// A mark over all pieces of an MCID on a page; none without content.
-  std::optional<McMark> Around(CosObj page, std::int32_t mcid) const;
+  std::optional<McMark> Around(CosObj page, std::int32_t mcid);
 
   /// The containers of an MCID on a page, in the order in which they were added.
-  std::vector<PDEContainer> ContainersOf(CosObj page, std::int32_t mcid) const;
+  std::vector<PDEContainer> ContainersOf(CosObj page, std::int32_t mcid);
 
   /// Gives each mark the box of its content; of several pieces the last counts. Marks without content keep theirs.
-  void Fill(std::vector<McMark>& marks) const;
+  void Fill(std::vector<McMark>& marks);
 
  private:
-  struct Boxes {
-    ASFixedRect last;
-    ASFixedRect around;
+  struct Pieces {
     std::vector<PDEContainer> containers;
+    bool isMeasured = false;
+    ASFixedRect last = {};
+    ASFixedRect around = {};
   };
-  using BoxesOfMcids = std::unordered_map<std::int32_t, Boxes>;
 
-  const Boxes* Find(CosObj page, std::int32_t mcid) const;
+  Pieces* Find(CosObj page, std::int32_t mcid);
+  const Pieces* Measured(CosObj page, std::int32_t mcid);
 
-  std::unordered_map<std::uint64_t, BoxesOfMcids> pages_;
+  std::unordered_map<std::uint64_t, std::unordered_map<std::int32_t, Pieces>> pages_;
 };
 
 }  // namespace tgx

@@ -15,6 +15,14 @@ TEST(Text, HasARunForEachShownString) {
   EXPECT_EQ(Chars(document.At({0})), 5);
 }
 
+TEST(Text, HasAsManyRunsBeforeItIsLaidOutAsAfterwards) {
+  ContentDocument document("BT /F1 10 Tf (a) Tj 7 Tj [(b) <</K (no)>> [(no)] (c)] TJ (d) (e) TJ 1 2 (f) \" ET");
+  const int before = Runs(document.At({0}));
+  EXPECT_EQ(before, 4);
+  Chars(document.At({0}));
+  EXPECT_EQ(Runs(document.At({0})), before);
+}
+
 TEST(Text, HasCodesAsLongAsItsFontSays) {
   ContentDocument document("BT /F1 10 Tf (ab) Tj /F2 10 Tf <00410042> Tj ET");
   const PDEText text = document.At({0});

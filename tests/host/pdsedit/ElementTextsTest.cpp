@@ -58,6 +58,24 @@ TEST_F(ElementTexts, MissingOneIsNot) {
   EXPECT_EQ(LanguageOf(document_.At({2})), "");
 }
 
+TEST_F(ElementTexts, MissingOneIsFoundOnceItIsPutThere) {
+  const PDSElement element = document_.At({2});
+  const CosDoc file = document_.Doc();
+  const auto put = [&](const char* key) { Cos().CosDictPutKeyString(element, key, Cos().CosNewString(file, 0, "x", 1)); };
+  EXPECT_EQ(AltOf(element) + TitleOf(element) + LanguageOf(element), "");
+  put("Alt");
+  put("T");
+  EXPECT_EQ(AltOf(element), "x");
+  EXPECT_EQ(TitleOf(element), "x");
+  EXPECT_EQ(LanguageOf(element), "");
+  put("Lang");
+  EXPECT_EQ(LanguageOf(element), "x");
+  Cos().CosDictRemoveKeyString(element, "T");
+  EXPECT_EQ(TitleOf(element), "");
+  put("T");
+  EXPECT_EQ(TitleOf(element), "x");
+}
+
 TEST_F(ElementTexts, EntryOfAnotherTypeIsNone) {
   EXPECT_EQ(Read().PDSElementHasAlt(document_.At({3})), 0);
   EXPECT_EQ(Read().PDSElementHasLanguage(document_.At({3})), 0);

@@ -85,6 +85,24 @@ TEST_F(CPdfContentParserTest, ForgetsTheDocumentBefore) {
   parser.SetDoc(Opened().Handle());
 }
 
+TEST_F(CPdfContentParserTest, HoldsContentsUntilItTakesAnotherDocument) {
+  AddPage().Add(Marked("P", "<</MCID 0>>", {Text("one")}));
+  Open();
+  test::TestDocument other;
+  other.AddPage();
+  test::OpenDocument open(other.Write());
+  const test::CountingHost host;
+  const test::HostSession session(host.Tables());
+  CPdfContentParser parser;
+  parser.SetDoc(Opened().Handle());
+  parser.Parse();
+  EXPECT_EQ(host.Open("contents"), 1);
+  parser.SetDoc(nullptr);
+  EXPECT_EQ(host.Open("contents"), 1) << "null is ignored";
+  parser.SetDoc(open.Handle());
+  EXPECT_EQ(host.Open("contents"), 0);
+}
+
 TEST_F(CPdfContentParserTest, KnowsPagesByTheirDictionaries) {
   AddPage();
   AddPage();
