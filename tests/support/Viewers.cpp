@@ -12,6 +12,8 @@
 
 #include <gtest/gtest.h>
 
+#include "tests/support/Paths.h"
+
 namespace tgx::test {
 namespace {
 
@@ -96,6 +98,20 @@ std::vector<SeenLink> LinksSeen(const std::string& pdf) {
       if (hash == std::string::npos) continue;
       links.push_back({page, Between(link, "\">", "</a>"), std::stoi(target.substr(hash + 1))});
     }
+  }
+  return links;
+}
+
+std::vector<FollowedLink> LinksFollowed(const std::string& pdf) {
+  std::istringstream numbers(
+      OutputOf("mutool run '" + SourcePath("tests/support/follow-links.js") + "' {} 2>/dev/null", pdf));
+  std::vector<FollowedLink> links;
+  const auto readBox = [&numbers](Box& box) { numbers >> box.left >> box.bottom >> box.right >> box.top; };
+  for (FollowedLink link = {}; numbers >> link.page;) {
+    readBox(link.box);
+    numbers >> link.targetPage;
+    readBox(link.target);
+    links.push_back(link);
   }
   return links;
 }

@@ -30,6 +30,17 @@ struct SeenLink {
 /// The links within a document, as pdftohtml finds them.
 std::vector<SeenLink> LinksSeen(const std::string& pdf);
 
+/// A link to an area of a page, as another viewer that is not ours has it and follows it.
+struct FollowedLink {
+  int page;  ///< from 1, as the target's
+  Box box;
+  int targetPage;
+  Box target;
+};
+
+/// The links within a document that lead to areas of pages, in the order of mutool.
+std::vector<FollowedLink> LinksFollowed(const std::string& pdf);
+
 /// What a command prints; `{}` in it stands for the path of a file with these bytes. Throws if it fails.
 std::string OutputOf(const std::string& command, const std::string& pdf);
 

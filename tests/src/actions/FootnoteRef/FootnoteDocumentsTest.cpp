@@ -4,6 +4,7 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <cmath>
 #include <map>
 #include <optional>
 
@@ -106,22 +107,38 @@ class FootnoteDocuments : public testing::TestWithParam<Footnotes> {
   const Link& Back(int number) const { return links_.at("Footnote reference " + std::to_string(number)); }
 
   /// The words that lie under a link, and the box around them.
-  std::pair<std::string, Box> Under(const Link& link) const {
+  std::pair<std::string, Box> Under(const Link& link) const { return WordsIn(link.page, link.Area()); }
+
+  std::pair<std::string, Box> WordsIn(int page, const Box& area) const {
     static std::map<std::string, std::vector<test::SeenWord>> known;
     auto& words = known[GetParam().name];
     if (words.empty()) words = test::WordsSeen(after_);
-    const Box area = link.Area();
     std::string text;
     Box around = {1e9, 1e9, -1e9, -1e9};
     for (const test::SeenWord& word : words) {
       const double x = (word.box.left + word.box.right) / 2;
       const double y = (word.box.bottom + word.box.top) / 2;
-      if (word.page != link.page || x < area.left || x > area.right || y < area.bottom || y > area.top) continue;
+      if (word.page != page || x < area.left || x > area.right || y < area.bottom || y > area.top) continue;
       text += (text.empty() ? "" : " ") + word.text;
       around = {std::min(around.left, word.box.left), std::min(around.bottom, word.box.bottom),
                 std::max(around.right, word.box.right), std::max(around.top, word.box.top)};
     }
     return {text, around};
+  }
+
+  /// The link that a viewer has in the place of this one.
+  test::FollowedLink Followed(const Link& link) const {
+    static std::map<std::string, std::vector<test::FollowedLink>> known;
+    auto& followed = known[GetParam().name];
+    if (followed.empty()) followed = test::LinksFollowed(after_);
+    const Box area = link.Area();
+    for (const test::FollowedLink& candidate : followed) {
+      const Box& box = candidate.box;
+      if (candidate.page == link.page && std::abs(box.left - area.left) < 0.1 && std::abs(box.top - area.top) < 0.1)
+        return candidate;
+    }
+    ADD_FAILURE() << "there is no such link";
+    return {};
   }
 
   static void ExpectNear(const Box& box, const Box& other, double points) {
@@ -227,6 +244,28 @@ TEST_P(FootnoteDocuments, HaveLinksThatAViewerFollows) {
       return link.page == Forth(number).page && link.targetPage == Back(number).page && link.text == std::to_string(number);
     };
     EXPECT_TRUE(std::any_of(seen.begin(), seen.end(), isForth)) << "Footnote " << number;
+  }
+}
+
+TEST_P(FootnoteDocuments, LeadAViewerToTheWordsOfTheNote) {
+  for (int number = 1; number <= GetParam().count; ++number) {
+    const test::FollowedLink link = Followed(Forth(number));
+    EXPECT_EQ(link.targetPage, Back(number).page);
+    EXPECT_EQ(WordsIn(link.targetPage, link.target).first, Under(Back(number)).first);
+  }
+}
+
+TEST_P(FootnoteDocuments, LeadAViewerBackToTheMarkOrTheTextFrameAroundIt) {
+  for (int number = 1; number <= GetParam().count; ++number) {
+    const test::FollowedLink link = Followed(Back(number));
+    EXPECT_EQ(link.targetPage, Back(number).page) << "its own page, whichever the mark is on";
+    const auto [text, around] = WordsIn(link.targetPage, link.target);
+    if (number == GetParam().inFrame) {
+      EXPECT_GT(text.size(), 50U) << text;
+    } else {
+      EXPECT_EQ(text, std::to_string(number));
+      ExpectNear(link.target, around, 1);
+    }
   }
 }
 
