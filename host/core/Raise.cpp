@@ -2,6 +2,7 @@
 
 #include <cerrno>
 #include <new>
+#include <stdexcept>
 #include <vector>
 
 #include <qpdf/QPDFExc.hh>
@@ -61,6 +62,8 @@ HostError Translate() {
     return {e.getErrno() == ENOMEM ? kASNoMemory : kASFileError, e.what()};
   } catch (const std::bad_alloc&) {
     return {kASNoMemory, "out of memory"};
+  } catch (const std::range_error& e) {
+    return {kASDamagedDocument, e.what()};  // a number in the file that qpdf cannot work with
   } catch (const std::exception& e) {
     return {kASInternalError, e.what()};
   } catch (...) {

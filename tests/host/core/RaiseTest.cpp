@@ -137,6 +137,7 @@ TEST(CurrentFailure, GivesTheCodeThatFitsTheException) {
   EXPECT_EQ(Translated(QPDFSystemError("read", ENOMEM)).Code(), kASNoMemory);
   EXPECT_EQ(Translated(std::bad_alloc()).Code(), kASNoMemory);
   EXPECT_EQ(Translated(std::logic_error("wrong")).Code(), kASInternalError);
+  EXPECT_EQ(Translated(std::range_error("too large")).Code(), kASDamagedDocument);
   EXPECT_EQ(Translated(42).Code(), kASInternalError);
 }
 
