@@ -32,13 +32,7 @@ void PageContents::Remember(PageModel& page) {
 
 void PageContents::Forget(ASInt32 pageIndex) {
   QPDFObjectHandle streams = Find(pageIndex)->Streams();
-  const auto [first, last] = streamArrays_.equal_range(streams.getObjectPtr());
-  for (auto known = first; known != last; ++known) {
-    if (known->second == pageIndex) {
-      streamArrays_.erase(known);
-      return;
-    }
-  }
+  streamArrays_.erase({streams.getObjectPtr(), pageIndex});
 }
 
 PDEContainer PageContents::ContainerOf(ASInt32 pageIndex, ASInt32 mcid) { return Of(pageIndex).ContainerOf(mcid); }
@@ -94,32 +88,28 @@ void PageContents::ContentReplaced(ASInt32 pageIndex) {
 
 void PageContents::AfterCosEdit(const QPDFObjectHandle& container, std::string_view key) {
   if (key == "Contents") ContentReplaced(document_.Pages().IndexOf(container));
+  const QPDFObject* object = QPDFObjectHandle(container).getObjectPtr();
   std::vector<ASInt32> pagesOfArray;
-  const auto [firstPage, lastPage] = streamArrays_.equal_range(QPDFObjectHandle(container).getObjectPtr());
-  for (auto page = firstPage; page != lastPage; ++page) pagesOfArray.push_back(page->second);
+  for (auto page = streamArrays_.lower_bound({object, 0}); page != streamArrays_.end() && page->first == object; ++page) {
+    pagesOfArray.push_back(page->second);
+  }
   for (const ASInt32 page : pagesOfArray) {
     if (Find(page)->HasOwnStream()) continue;  // the array has left the page
     ContentReplaced(page);
   }
-  const auto [first, last] = watched_.equal_range(QPDFObjectHandle(container).getObjectPtr());
-  if (first == last) ++unknownEdits_;
-  for (auto watched = first; watched != last; ++watched) {
-    if (PageModel* page = Find(watched->second.pageIndex)) page->PropertiesChanged(watched->second.properties);
+  auto watched = watched_.lower_bound({object, 0, 0});
+  if (watched == watched_.end() || watched->dictionary != object) ++unknownEdits_;
+  for (; watched != watched_.end() && watched->dictionary == object; ++watched) {
+    if (PageModel* page = Find(watched->pageIndex)) page->PropertiesChanged(watched->properties);
   }
 }
 
 void PageContents::Watch(const QPDFObjectHandle& dictionary, ASInt32 pageIndex, std::uint32_t properties) {
-  watched_.emplace(QPDFObjectHandle(dictionary).getObjectPtr(), Watched{pageIndex, properties});
+  watched_.insert({QPDFObjectHandle(dictionary).getObjectPtr(), pageIndex, properties});
 }
 
 void PageContents::Unwatch(const QPDFObjectHandle& dictionary, ASInt32 pageIndex, std::uint32_t properties) noexcept {
-  const auto [first, last] = watched_.equal_range(QPDFObjectHandle(dictionary).getObjectPtr());
-  for (auto watched = first; watched != last; ++watched) {
-    if (watched->second.pageIndex == pageIndex && watched->second.properties == properties) {
-      watched_.erase(watched);
-      return;
-    }
-  }
+  watched_.erase({QPDFObjectHandle(dictionary).getObjectPtr(), pageIndex, properties});
 }
 
 void PageContents::DropUnchanged() {

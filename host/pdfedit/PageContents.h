@@ -1,9 +1,11 @@
 #pragma once
 
+#include <compare>
 #include <cstdint>
 #include <memory>
+#include <set>
 #include <string_view>
-#include <unordered_map>
+#include <utility>
 #include <vector>
 
 #include <tgx/host.h>
@@ -69,8 +71,10 @@ class PageContents : public CosObserver {
 
  private:
   struct Watched {
+    const QPDFObject* dictionary;
     ASInt32 pageIndex;
     std::uint32_t properties;
+    auto operator<=>(const Watched&) const = default;
   };
 
   /// A client put other content into a page, which counts from then on: what was edited in the former is dropped, and its
@@ -81,14 +85,14 @@ class PageContents : public CosObserver {
 
   Document& document_;
   DocumentFonts fonts_;
-  std::unordered_multimap<const QPDFObject*, Watched> watched_;
+  std::set<Watched> watched_;
   std::uint64_t unknownEdits_ = 0;
   std::vector<ASInt32> waiting_;  ///< page indices
   std::vector<ASInt32> failed_;   ///< pages whose commit failed
   std::vector<RemovedElement> removed_;
   std::vector<std::unique_ptr<PageModel>> pages_;
-  std::vector<std::unique_ptr<PageModel>> replaced_;                  ///< kept for their handles, and for Removed
-  std::unordered_multimap<const QPDFObject*, ASInt32> streamArrays_;  ///< the arrays of the streams of pages in pages_
+  std::vector<std::unique_ptr<PageModel>> replaced_;              ///< kept for their handles, and for Removed
+  std::set<std::pair<const QPDFObject*, ASInt32>> streamArrays_;  ///< the arrays of the streams of pages in pages_
 };
 
 }  // namespace tgx::host

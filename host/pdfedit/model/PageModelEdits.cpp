@@ -164,7 +164,7 @@ void PageModel::CommitProperties(std::uint32_t number) {
   std::string text;
   if (At(container).Is(Element::kSharedDictionary)) return;  // moved to the resources, where every edit shows at once
   if (HoldsReference(properties.dictionary)) {
-    text = FormatName(resources_.NameFor("/Properties", properties.dictionary, "Pr"));
+    text = FormatName(resources_.NameFor("/Properties", properties.dictionary, "Pr", bytes_));
     At(container).flags |= Element::kSharedDictionary;
   } else {
     text = properties.dictionary.unparseResolved();

@@ -2,9 +2,24 @@
 
 #include "host/cos/Dictionaries.h"
 #include "host/cos/Names.h"
-#include "host/pdfedit/reading/Syntax.h"
+#include "host/pdfedit/reading/ContentReader.h"
+#include "host/pdfedit/writing/Syntax.h"
 
 namespace tgx::host {
+namespace {
+
+const QPDFObject* AddressOf(const QPDFObjectHandle& object) {
+  QPDFObjectHandle resolved = object;
+  resolved.isNull();  // resolves a reference
+  return resolved.getObjectPtr();
+}
+
+/// Whether an operator names a font or a property dictionary.
+bool TakesResource(Opcode code) {
+  return code == Opcode::kTextFont || code == Opcode::kBeginContainerWithProperties || code == Opcode::kPlaceWithProperties;
+}
+
+}  // namespace
 
 QPDFObjectHandle InheritedAttribute(QPDFObjectHandle page, const char* key) {
   constexpr int kDeepestTree = 64;  // a parent chain that is a ring ends here too
@@ -67,21 +82,47 @@ QPDFObjectHandle PageResources::OwnCategory(const char* category) {
   return named;
 }
 
-std::string PageResources::NameFor(const char* category, const QPDFObjectHandle& object, const std::string& prefix) {
+PageResources::Names& PageResources::NamesOf(const char* category) {
+  const auto [known, isNew] = names_.try_emplace(category);
+  if (!isNew) return known->second;
   QPDFObjectHandle named = Resources();
   if (named.isDictionary()) named = named.getKey(category);
-  if (named.isDictionary()) {
-    for (const std::string& key : named.getKeys()) {
-      QPDFObjectHandle value = named.getKey(key);
-      value.isNull();  // resolves a reference
-      if (value.getObjectPtr() == QPDFObjectHandle(object).getObjectPtr()) return FromQpdfName(key);
+  if (!named.isDictionary()) return known->second;
+  for (const std::string& key : named.getKeys()) {
+    QPDFObjectHandle value = named.getKey(key);
+    known->second.ofObject.emplace(AddressOf(value), FromQpdfName(key));
+  }
+  return known->second;
+}
+
+const std::set<std::string, std::less<>>& PageResources::MentionedIn(std::string_view content) {
+  if (mentioned_) return *mentioned_;
+  mentioned_.emplace();
+  ContentReader reader(content);
+  while (reader.Next()) {
+    if (!TakesResource(reader.Code())) continue;
+    for (std::size_t count = 1; count <= 2 && reader.Has(count); ++count) {
+      const Token& operand = reader.Operand(0, count);
+      if (operand.kind == Token::Kind::kName) mentioned_->insert(NameValue(operand.In(content)));
     }
   }
+  return *mentioned_;
+}
+
+std::string PageResources::NameFor(const char* category, const QPDFObjectHandle& object, const std::string& prefix,
+                                   std::string_view content) {
+  Names& names = NamesOf(category);
+  const QPDFObject* address = AddressOf(object);
+  const auto known = names.ofObject.find(address);
+  // A client may have given the name to something else meanwhile.
+  if (known != names.ofObject.end() && AddressOf(Find(category, FormatName(known->second))) == address) return known->second;
   QPDFObjectHandle own = OwnCategory(category);
-  int number = 0;
-  while (DictHas(own, prefix + std::to_string(number))) ++number;
-  const std::string name = prefix + std::to_string(number);
+  std::string name;
+  do {
+    name = prefix + std::to_string(names.next++);
+  } while (DictHas(own, name) || MentionedIn(content).contains(name));
   DictSet(own, name, object);
+  names.ofObject[address] = name;
   return name;
 }
 

@@ -317,7 +317,7 @@ void ContentWriter::PutRun(const EditedRun& run) {
   text += "q\n";
   if (!ctm.IsIdentity() && ctm.IsInvertible()) text += FormatMatrix(ctm.Inverse()) + " cm\n";
   text += run.added->operators;
-  text += "BT\n" + FormatName(page_.Resources().NameFor("/Font", run.added->font->Dictionary(), "F")) + ' ' +
+  text += "BT\n" + FormatName(page_.Resources().NameFor("/Font", run.added->font->Dictionary(), "F", content_)) + ' ' +
           FormatNumber(graphics.size) + " Tf 0 Tc 0 Tw 100 Tz 0 Ts 0 Tr\n" + FormatMatrix(run.added->matrix) + " Tm [" +
           shown + "] TJ\nET\nQ\n";
   if (state_.IsInText()) {

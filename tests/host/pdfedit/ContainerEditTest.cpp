@@ -87,6 +87,46 @@ TEST(ContainerDictionary, MovesToTheResourcesWhenItHoldsAReference) {
   EXPECT_TRUE(properties.hasKey("/Pr0"));
 }
 
+TEST(ContainerDictionary, GetsNoNameThatTheContentUsesForNothing) {
+  ContentDocument document("/P /Pr1 BDC /Q /Pr2 DP EMC /P <</MCID 0>> BDC EMC");
+  const CosObj dict = document.Properties(document.At({1}));
+  Cos().CosDictPutKeyString(dict, "X", document.Host().Object(13));
+  document.Commit();
+  EXPECT_EQ(document.Saved(), "/P /Pr1 BDC /Q /Pr2 DP EMC /P /Pr3 BDC EMC");
+  EXPECT_EQ(document.Host().Reopened()->Contents().ContainerOf(0, 7), nullptr);
+}
+
+/// The time of the search for a name, were it made anew for each, would be minutes.
+TEST(ContainerDictionary, ManyCanMoveToTheResources) {
+  constexpr int kMany = 30'000;
+  std::string content;
+  for (int i = 0; i < kMany; ++i) content += "/P <</MCID " + std::to_string(i) + ">> BDC EMC\n";
+  ContentDocument document(content);
+  const PDEContent list = document.Root();
+  for (int i = 0; i < kMany; ++i) {
+    const CosObj dict = document.Properties(ReadContent().PDEContentGetElem(list, i));
+    Cos().CosDictPutKeyString(dict, "X", document.Host().Object(13));
+  }
+  document.Commit();
+  document.Host()->Contents().WriteCommitted();
+  QPDFObjectHandle properties = document.Dictionary().getKey("/Resources").getKey("/Properties");
+  EXPECT_EQ(properties.getKeys().size(), kMany + 1U);
+}
+
+/// The same for taking back what watches the resource, at the end.
+TEST(ContainerDictionary, OfTheResourcesCanHaveManyNames) {
+  constexpr int kMany = 200'000;
+  std::string content;
+  std::string names;
+  for (int i = 0; i < kMany; ++i) {
+    content += "/P /N" + std::to_string(i) + " BDC EMC\n";
+    names += "/N" + std::to_string(i) + " 13 0 R";
+  }
+  ContentDocument document(PageSource(content).Resources("/Properties <<" + names + ">>"));
+  EXPECT_EQ(document.Host()->Contents().McidOf(document.At({kMany - 1})), 7);
+  document.Host()->Contents().DropUnchanged();
+}
+
 TEST(ContainerDictionary, OfTheResourcesChangesNoContent) {
   ContentDocument document("/P /Pr0 BDC EMC");
   Cos().CosDictPutKeyString(document.Properties(document.At({0})), "MCID", document.Host().Integer(3));
