@@ -236,7 +236,7 @@ bool ContentWriter::IsMoveSeen(std::size_t offset) {
   return false;
 }
 
-/// The number for a TJ array that moves as far; 0 where no number can.
+/// The number for a TJ array that moves as far; 0 where no number can, as with text of no width.
 double ContentWriter::AdjustmentFor(const GraphicsState& graphics, const TextMove& move) {
   const double unit = -graphics.size / 1000;
   if (graphics.IsVertical()) return unit == 0 ? 0 : move.y / unit;
@@ -244,9 +244,19 @@ double ContentWriter::AdjustmentFor(const GraphicsState& graphics, const TextMov
 }
 
 void ContentWriter::PutMove() {
-  const std::string number = FormatNumber(AdjustmentFor(state_.Graphics(), move_));
+  GraphicsState graphics = state_.Graphics();
+  // Characters of no size still move by their spacing; a number does nothing at that size.
+  const bool needsSize = graphics.size == 0 && graphics.font != nullptr;
+  if (needsSize) graphics.size = 1;
+  const std::string number = FormatNumber(AdjustmentFor(graphics, move_));
   move_ = {};
-  if (number != "0") Put("[" + number + "] TJ ");
+  if (number == "0") return;
+  const std::string font = needsSize ? FontName(*graphics.font) + ' ' : std::string();
+  Put((needsSize ? font + "1 Tf " : font) + "[" + number + "] TJ " + (needsSize ? font + "0 Tf " : font));
+}
+
+std::string ContentWriter::FontName(DocumentFont& font) {
+  return FormatName(page_.Resources().NameFor("/Font", font.Dictionary(), "F", content_));
 }
 
 // Containers.
@@ -317,9 +327,8 @@ void ContentWriter::PutRun(const EditedRun& run) {
   text += "q\n";
   if (!ctm.IsIdentity() && ctm.IsInvertible()) text += FormatMatrix(ctm.Inverse()) + " cm\n";
   text += run.added->operators;
-  text += "BT\n" + FormatName(page_.Resources().NameFor("/Font", run.added->font->Dictionary(), "F", content_)) + ' ' +
-          FormatNumber(graphics.size) + " Tf 0 Tc 0 Tw 100 Tz 0 Ts 0 Tr\n" + FormatMatrix(run.added->matrix) + " Tm [" +
-          shown + "] TJ\nET\nQ\n";
+  text += "BT\n" + FontName(*run.added->font) + ' ' + FormatNumber(graphics.size) + " Tf 0 Tc 0 Tw 100 Tz 0 Ts 0 Tr\n" +
+          FormatMatrix(run.added->matrix) + " Tm [" + shown + "] TJ\nET\nQ\n";
   if (state_.IsInText()) {
     text += TextPositionOperators();
     move_ = {};

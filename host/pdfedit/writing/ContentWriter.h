@@ -46,6 +46,7 @@ class ContentWriter {
   void Replace(const ContentReader& op, std::string_view text);
   void Keep(const ContentReader& op);
   void PutMove();
+  std::string FontName(DocumentFont& font);
   bool IsMoveSeen(std::size_t offset);
   static double AdjustmentFor(const GraphicsState& graphics, const TextMove& move);
 

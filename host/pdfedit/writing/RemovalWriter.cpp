@@ -263,6 +263,10 @@ void ContentWriter::RewriteString(const Token& string, std::string& array) {
 
 /// Adds a string that stays to the array, behind the number that makes good what went before it.
 void ContentWriter::PutString(const std::string& string, const TextMove& move, std::string& array) {
+  if (state_.Graphics().size == 0 && !move_.IsZero()) {
+    PutArray(array);
+    PutMove();
+  }
   const std::string number = FormatNumber(AdjustmentFor(state_.Graphics(), move_));
   if (number != "0") array += number;
   array += string;

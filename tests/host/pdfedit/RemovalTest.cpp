@@ -84,6 +84,13 @@ TEST(Removal, MovesBeforeTheFontChanges) {
             "BT /F1 10 Tf [-600] TJ /F2 20 Tf <0041> Tj ET");
 }
 
+TEST(Removal, KeepsTheSpacingOfTextOfNoSize) {
+  EXPECT_EQ(Without("BT /F1 0 Tf 3 Tc /P BMC (ab) Tj EMC /F1 10 Tf (c) Tj ET", {0}),
+            "BT /F1 0 Tf 3 Tc /F1 1 Tf [-6000] TJ /F1 0 Tf /F1 10 Tf (c) Tj ET");
+  EXPECT_EQ(Without("BT /F2 0 Tf 3 Tc 50 Tz /P BMC <0041> Tj EMC (c) Tj ET", {0}),
+            "BT /F2 0 Tf 3 Tc 50 Tz /F2 1 Tf [-3000] TJ /F2 0 Tf (c) Tj ET");
+}
+
 TEST(Removal, LeavesTheLineMoveOfAQuote) {
   EXPECT_EQ(Without("BT /F1 10 Tf 12 TL /P BMC (a) ' EMC (b) Tj ET", {0}), "BT /F1 10 Tf 12 TL T* [-600] TJ (b) Tj ET");
   EXPECT_EQ(Without("BT /F1 10 Tf 12 TL /P BMC 1 2 (a) \" EMC (b) Tj ET", {0}),

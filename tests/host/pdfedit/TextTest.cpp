@@ -194,6 +194,11 @@ TEST(TextRemoval, OfCharactersKeepsTheOthersInPlace) {
             "text(b cd) | BT /F1 10 Tf [-600<62>50(cd)] TJ ET");
 }
 
+TEST(TextRemoval, KeepsTheSpacingOfCharactersOfNoSize) {
+  EXPECT_EQ(AfterRemoval("BT /F1 0 Tf 3 Tc [(abc) (d)] TJ /F1 10 Tf (e) Tj ET", kPDETextChar, 1, 1),
+            "text(ac d e) | BT /F1 0 Tf 3 Tc [<61>] TJ /F1 1 Tf [-3000] TJ /F1 0 Tf [<63>(d)] TJ /F1 10 Tf [(e)] TJ ET");
+}
+
 TEST(TextRemoval, AtTheEndOwesTheMoveToTheNextShow) {
   EXPECT_EQ(AfterRemoval("BT /F1 10 Tf (ab) Tj (c) Tj ET", kPDETextChar, 1, 1),
             "text(a c) | BT /F1 10 Tf [<61>] TJ [-600(c)] TJ ET");
