@@ -7,6 +7,7 @@
 
 #include <qpdf/QPDFWriter.hh>
 
+#include "bench/SideFiles.h"
 #include "bench/TaggedPages.h"
 #include "bench/Utf.h"
 
@@ -35,11 +36,6 @@ std::string Format(const char* format, auto... values) {
 
 QPDFObjectHandle Plain(const std::string& text) { return QPDFObjectHandle::newString(text); }
 QPDFObjectHandle Utf16(const std::string& utf8) { return QPDFObjectHandle::newString(Utf16Of(utf8)); }
-
-struct Entry {
-  int level;
-  std::string text;
-};
 
 /// Writes one document, chapter by chapter.
 class Composer {
@@ -73,7 +69,7 @@ class Composer {
   }
 
   QPDF& Pdf() { return doc_.Pdf(); }
-  const std::vector<Entry>& Entries() const { return entries_; }
+  const std::vector<ContentsEntry>& Entries() const { return entries_; }
   int Tables() const { return tables_; }
   const std::vector<int>& LayoutTables() const { return layoutTables_; }
 
@@ -339,53 +335,11 @@ class Composer {
   Node* chapter_ = nullptr;
   Node* formulas_ = nullptr;
   std::vector<Node*> holders_;
-  std::vector<Entry> entries_;
+  std::vector<ContentsEntry> entries_;
   std::vector<QPDFObjectHandle> targets_;  // the pages that the entries lead to
   int tables_ = 0, dots_ = 0;
   std::vector<int> layoutTables_;
 };
-
-std::ofstream OpenFile(const std::string& path) {
-  std::ofstream file(path, std::ios::binary);
-  if (!file) throw std::runtime_error(path + ": cannot be written");
-  return file;
-}
-
-void WriteContents(const std::string& path, const std::vector<Entry>& entries) {
-  std::ofstream file = OpenFile(path);
-  file << "<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n<TOC_Item name=\"Default\" title=\"Contents\" default=\"1\">\n";
-  for (const Entry& entry : entries) {
-    const int level = entry.level;
-    file << Format(
-                "  <TOC_Entry level=\"%d\">\n    <TOC_EntrySourceStyle id=\"%d\" name=\"Heading %d\" location=\"doc\" "
-                "path=\"/h%d\"/>\n",
-                level, level, level, level)
-         << Format("    <TOC_EntryStyle id=\"%d\" name=\"Contents %d\" location=\"doc\" path=\"/c%d\"/>\n", 10 + level,
-                   level, level)
-         << "    <TOC_EntryText>" << entry.text << "</TOC_EntryText>\n  </TOC_Entry>\n";
-  }
-  file << "</TOC_Item>\n";
-}
-
-void WriteStyles(const std::string& path) {
-  std::ofstream file = OpenFile(path);
-  file << "<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n<ID_Document>\n  <ID_ParaStyleList>\n";
-  int number = 0;
-  for (const char* name : {"Contents title", "Contents line", "Text", "Side heading", "Side text"}) {
-    file << "    <ID_ParaStyle id=\"pst" << ++number << "\" hex_name=\"" << HexOf(Utf16Of(name, false)) << "\"/>\n";
-  }
-  file << "  </ID_ParaStyleList>\n</ID_Document>\n";
-}
-
-void WriteTables(const std::string& path, int tables, const std::vector<int>& layoutTables) {
-  std::ofstream file = OpenFile(path);
-  file << "Type\tTables\t1\t\n";
-  std::size_t next = 0;
-  for (int table = 1; table <= tables; ++table) {
-    file << "Table\t" << table << "\n";
-    if (next < layoutTables.size() && layoutTables[next] == table) file << "Layout\n", ++next;
-  }
-}
 
 }  // namespace
 

@@ -1,14 +1,9 @@
 #include "host/pdmodel/Save.h"
 
-#include <map>
 #include <regex>
 #include <set>
 
-#include <sys/resource.h>
-#include <sys/stat.h>
-#include <unistd.h>
 #include <qpdf/Buffer.hh>
-#include <qpdf/Pl_Buffer.hh>
 #include <qpdf/QPDFObjectHandle.hh>
 #include <qpdf/QPDFWriter.hh>
 
@@ -93,18 +88,6 @@ class Save : public FileTest {
     const std::string command = "qpdf --allow-weak-crypto " + arguments + " '" + Path(output) + "'";
     EXPECT_EQ(std::system(command.c_str()), 0) << command;
     return Path(output);
-  }
-
-  /// What a failed saving must leave: the target as it was, and nothing else.
-  void ExpectUntouched(const std::string& path, const std::string& bytes, const std::string& listing) {
-    EXPECT_EQ(Read(path), bytes);
-    EXPECT_EQ(Listing(), listing);
-  }
-
-  mode_t Mode(const std::string& path) {
-    struct stat status {};
-    EXPECT_EQ(::stat(path.c_str(), &status), 0) << path;
-    return status.st_mode & 07777U;
   }
 
   static std::string Small() { return Corpus("pdf.js-issue8702.pdf"); }
@@ -359,127 +342,6 @@ TEST_F(Save, MayReplaceTheFileThatItReads) {
   for (int i = 0; i < 2; ++i) EXPECT_EQ(SaveTo(doc, path), 0) << TGXHost_LastError();
   EXPECT_EQ(Plain(path), Plain(Sample("handbook.pdf")));
   EXPECT_EQ(Listing(), "same.pdf\n");
-}
-
-TEST_F(Save, GivesANewFileTheUsualMode) {
-  const mode_t mask = ::umask(027);
-  const std::string out = Saved(Sample("handbook.pdf"));
-  ::umask(mask);
-  EXPECT_EQ(Mode(out), 0640U);
-}
-
-TEST_F(Save, KeepsTheModeOfAFileThatItReplaces) {
-  const std::string path = Put("out.pdf", "old");
-  for (const mode_t mode : {0600U, 0640U, 0666U}) {
-    ASSERT_EQ(::chmod(path.c_str(), mode), 0);
-    EXPECT_EQ(Mode(Saved(Sample("handbook.pdf"))), mode);
-  }
-}
-
-TEST_F(Save, ReplacesTheFileThatALinkLeadsTo) {
-  std::filesystem::create_directory(Path("folder"));
-  Put("folder/real.pdf", "old");
-  ASSERT_EQ(::symlink("folder/real.pdf", Path("middle.pdf").c_str()), 0);
-  ASSERT_EQ(::symlink(Path("middle.pdf").c_str(), Path("link.pdf").c_str()), 0);
-  const Opened doc(Sample("handbook.pdf"));
-  ASSERT_EQ(SaveTo(doc, Path("link.pdf")), 0) << TGXHost_LastError();
-  EXPECT_TRUE(std::filesystem::is_symlink(Path("link.pdf")));
-  EXPECT_TRUE(std::filesystem::is_symlink(Path("middle.pdf")));
-  EXPECT_EQ(QpdfCheck(Path("folder/real.pdf")), "");
-}
-
-TEST_F(Save, MakesTheFileThatADanglingLinkLeadsTo) {
-  ASSERT_EQ(::symlink("real.pdf", Path("link.pdf").c_str()), 0);
-  const Opened doc(Sample("handbook.pdf"));
-  ASSERT_EQ(SaveTo(doc, Path("link.pdf")), 0) << TGXHost_LastError();
-  EXPECT_TRUE(std::filesystem::is_symlink(Path("link.pdf")));
-  EXPECT_EQ(QpdfCheck(Path("real.pdf")), "");
-}
-
-TEST_F(Save, RefusesLinksInACircle) {
-  ASSERT_EQ(::symlink("b.pdf", Path("a.pdf").c_str()), 0);
-  ASSERT_EQ(::symlink("a.pdf", Path("b.pdf").c_str()), 0);
-  const Opened doc(Sample("handbook.pdf"));
-  EXPECT_EQ(SaveTo(doc, Path("a.pdf")), kASFileError);
-  EXPECT_EQ(TGXHost_LastError(), Path("a.pdf") + ": cannot be written: Too many levels of symbolic links");
-}
-
-TEST_F(Save, RefusesAFolderAndWhatIsNoRegularFile) {
-  std::filesystem::create_directory(Path("folder"));
-  ASSERT_EQ(::mkfifo(Path("pipe").c_str(), 0600), 0);
-  const Opened doc(Sample("handbook.pdf"));
-  EXPECT_EQ(SaveTo(doc, Path("folder")), kASFileError);
-  EXPECT_EQ(TGXHost_LastError(), Path("folder") + ": cannot be written: it is a folder");
-  EXPECT_EQ(SaveTo(doc, Path("pipe")), kASFileError);
-  EXPECT_EQ(TGXHost_LastError(), Path("pipe") + ": cannot be written: it is not a regular file");
-  EXPECT_EQ(SaveTo(doc, "/dev/full"), kASFileError);
-  EXPECT_EQ(SaveTo(doc, Path("new.pdf/")), kASFileError);
-  EXPECT_EQ(SaveTo(doc, ""), kASFileError);
-}
-
-TEST_F(Save, RefusesAFolderThatIsNotThere) {
-  const Opened doc(Sample("handbook.pdf"));
-  EXPECT_EQ(SaveTo(doc, Path("nowhere/out.pdf")), kASFileError);
-  EXPECT_EQ(TGXHost_LastError(), Path("nowhere/out.pdf") + ": cannot be written: No such file or directory");
-}
-
-TEST_F(Save, LeavesTheTargetWhenTheFolderMayNotBeWrittenTo) {
-  const Opened doc(Sample("handbook.pdf"));
-  const std::string path = Put("out.pdf", "old");
-  ASSERT_EQ(::chmod(path.c_str(), 0666), 0);
-  ASSERT_EQ(::chmod(folder_.c_str(), 0555), 0);
-  {
-    const OrdinaryUser user;
-    EXPECT_EQ(SaveTo(doc, path), kASFileError);
-    EXPECT_EQ(TGXHost_LastError(), path + ": cannot be written: Permission denied");
-  }
-  ASSERT_EQ(::chmod(folder_.c_str(), 0755), 0);
-  ExpectUntouched(path, "old", "out.pdf\n");
-}
-
-TEST_F(Save, LeavesAWriteProtectedTarget) {
-  const Opened doc(Sample("handbook.pdf"));
-  const std::string path = Put("out.pdf", "old");
-  ASSERT_EQ(::chmod(path.c_str(), 0444), 0);
-  ASSERT_EQ(::chmod(folder_.c_str(), 0777), 0);
-  {
-    const OrdinaryUser user;
-    EXPECT_EQ(SaveTo(doc, path), kASFileError);
-  }
-  ExpectUntouched(path, "old", "out.pdf\n");
-}
-
-TEST_F(Save, LeavesTheTargetWhenAFileMayNotGrow) {
-  const Opened doc(Sample("handbook.pdf"));
-  const std::string path = Put("out.pdf", "old");
-  rlimit before = {};
-  ASSERT_EQ(::getrlimit(RLIMIT_FSIZE, &before), 0);
-  const rlimit small = {10000, before.rlim_max};
-  ASSERT_EQ(::setrlimit(RLIMIT_FSIZE, &small), 0);
-  const int code = SaveTo(doc, path);  // without care the signal of the limit would end the program
-  const std::string text = TGXHost_LastError();
-  ASSERT_EQ(::setrlimit(RLIMIT_FSIZE, &before), 0);
-  EXPECT_EQ(code, kASFileError);
-  EXPECT_EQ(text, path + ": cannot be written: File too large");
-  ExpectUntouched(path, "old", "out.pdf\n");
-  EXPECT_EQ(SaveTo(doc, path), 0) << TGXHost_LastError();
-}
-
-TEST_F(Save, RefusesAClosedDocument) {
-  const PDDoc doc = TGXHost_OpenFile(Sample("handbook.pdf").c_str(), nullptr);
-  TGXHost_Close(doc);
-  EXPECT_EQ(SaveTo(doc, Path("out.pdf")), kASBadParameter);
-  EXPECT_EQ(SaveTo(nullptr, Path("out.pdf")), kASBadParameter);
-  EXPECT_EQ(Listing(), "");
-}
-
-TEST_F(Save, RefusesADocumentWhoseFileWasCutMeanwhile) {
-  const std::string path = Put("in.pdf", Read(Sample("handbook.pdf")));
-  const Opened doc(path);
-  ASSERT_EQ(::truncate(path.c_str(), 40000), 0);
-  EXPECT_EQ(SaveTo(doc, Path("out.pdf")), kASFileError);
-  EXPECT_EQ(TGXHost_LastError(), path + ": cannot be read: it was cut while it was open");
-  EXPECT_EQ(Listing(), "in.pdf\n");
 }
 
 }  // namespace
