@@ -66,6 +66,7 @@ std::string ContentWriter::Write() {
   CollectChanges();
   CollectAdditions();
   if (changes_.empty() && additions_.empty()) return std::string(content_);
+  if (OnlyImagesGo()) return WithoutImages();
   std::uint32_t start = static_cast<std::uint32_t>(content_.size());
   if (!changes_.empty()) start = std::min(start, changes_.front().begin);
   if (!additions_.empty()) start = std::min(start, additions_.front()->offset);
@@ -81,6 +82,24 @@ std::string ContentWriter::Write() {
     Track(reader);
   }
   PutAdditionsUpTo(content_.size());
+  CopyTo(content_.size());
+  return std::move(out_);
+}
+
+bool ContentWriter::OnlyImagesGo() const {
+  return additions_.empty() && std::all_of(changes_.begin(), changes_.end(), [this](const Change& change) {
+           return change.kind == Change::Kind::kGone && page_.At(change.element).type == kPDEImage;
+         });
+}
+
+/// An image is a single operator that leaves no state behind: nothing around it has to be read.
+std::string ContentWriter::WithoutImages() {
+  out_.reserve(content_.size());
+  for (const Change& image : changes_) {
+    CopyTo(image.begin);
+    copied_ = image.end;
+    seam_ = true;
+  }
   CopyTo(content_.size());
   return std::move(out_);
 }

@@ -32,6 +32,9 @@ class ContentWriter {
   void CollectChanges();
   void CollectAdditions();
   bool IsGone(std::uint32_t element) const;
+  bool OnlyImagesGo() const;
+
+  std::string WithoutImages();
 
   // Walking over the operators.
   void Visit(const ContentReader& op);
