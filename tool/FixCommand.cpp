@@ -4,15 +4,14 @@
 #include <optional>
 
 #include "tool/Census.h"
-#include "tool/EmptyCells.h"
+#include "tool/DocumentLanguage.h"
 #include "tool/Files.h"
-#include "tool/FormAppearances.h"
 #include "tool/Guard.h"
-#include "tool/Hindrances.h"
 #include "tool/HostCalls.h"
 #include "tool/MarkTexts.h"
 #include "tool/Messages.h"
 #include "tool/Progress.h"
+#include "tool/StepCare.h"
 #include "tool/TextString.h"
 
 namespace tgx::tool {
@@ -61,6 +60,7 @@ class Repair {
     RepairSummary summary;
     summary.rewrittenTexts = RewriteMarkTexts(document.Handle());
     summary.before = TakeCensus(document.Handle());
+    summary.languageBefore = DocumentLanguage::Of(document.Handle());
     Guard guard(document.Handle(), summary.before);
     if (!RunSteps(document, guard)) {
       document.Close();
@@ -69,6 +69,7 @@ class Repair {
     NoteFailures();
     progress_.At("counting what changed");
     summary.after = TakeCensus(document.Handle());
+    summary.languageAfter = DocumentLanguage::Of(document.Handle());
     summary.removedImages = guard.RemovedDummyImages();
     summary.removedContent = guard.RemovedOthers();
     report_.summary = std::move(summary);
@@ -88,45 +89,14 @@ class Repair {
         entry.skippedFor = undone->second;
         continue;
       }
-      const std::size_t edits = document.Edits();
-      entry.result = Run(document, step);
-      entry.changed = document.Edits() != edits;
+      RunWithCare(document, entry);
       if (const std::optional<Loss> loss = guard.Check(step.name)) {
         undone_.emplace(step.name, Hindrance{loss->page, loss->reason});
         return false;
       }
-      if (entry.result.code != 0) LookForHindrance(document, entry);
       if (entry.result.code != 0 && !options_.keepGoing) break;
     }
     return true;
-  }
-
-  /// The step, and what has to follow it.
-  static StepResult Run(Document& document, const StepCall& step) {
-    if (step.name == "remove-empty-tags") return RemoveEmptyTags(document, step);
-    StepResult result = document.Run(step);
-    if (step.name == "sync-forms" && result.code == 0) KeepCopiedAppearances(document.Handle(), step.path);
-    return result;
-  }
-
-  /// Puts the cells back that tables need.
-  static StepResult RemoveEmptyTags(Document& document, const StepCall& step) {
-    const EmptyCells cells(document.Handle());
-    StepResult result = document.Run(step);
-    cells.PutBack();
-    return result;
-  }
-
-  /// A step that failed before it changed anything, for a reason that lies in the document, does not apply to it.
-  static void LookForHindrance(const Document& document, StepReport& step) {
-    const std::optional<Hindrance> hindrance = FindHindrance(document.Handle(), step.call.name);
-    if (!hindrance) return;
-    if (*step.changed) {
-      step.result.error += (step.result.error.empty() ? "" : "; ") + hindrance->reason;
-    } else {
-      step.skippedFor = hindrance;
-      step.result = StepResult();
-    }
   }
 
   void NoteFailures() {

@@ -1,5 +1,8 @@
 #include "tool/Hindrances.h"
 
+#include <algorithm>
+#include <cstdio>
+#include <fstream>
 #include <utility>
 #include <vector>
 
@@ -140,7 +143,37 @@ std::optional<Hindrance> FindMissingDescriptions(PDDoc document) {
   return Hindrance{0, "no table has a description"};
 }
 
+/// The highest number of a table that a description of tables names. A line that names one begins with the word and has the
+/// number behind any white space.
+std::int64_t LastTableOf(const std::string& path) {
+  std::ifstream file(path, std::ios::binary);
+  std::int64_t last = 0;
+  for (std::string line; std::getline(file, line);) {
+    int number = 0;
+    if (std::sscanf(line.c_str(), "Table %d", &number) == 1) last = std::max<std::int64_t>(last, number);
+  }
+  return last;
+}
+
+/// Tables have numbers by their places: where some are missing, as after a repair before this one, the others would be taken
+/// for them.
+std::optional<Hindrance> FindMissingTables(PDDoc document, const std::string& path) {
+  std::int64_t tables = 0;
+  const ASAtom table = ASAtomFromString("Table");
+  ForEachElement(document, [&](PDSElement element) { tables += PDSElementGetType(element) == table ? 1 : 0; });
+  const std::int64_t last = LastTableOf(path);
+  if (last <= tables) return std::nullopt;
+  return Hindrance{0, path + " tells of table " + std::to_string(last) + ", but there are " + std::to_string(tables) +
+                          ": the numbers would mean other tables"};
+}
+
 }  // namespace
+
+std::optional<Hindrance> FindHarm(PDDoc document, const StepCall& step) {
+  if (step.name != "layout-tables") return std::nullopt;
+  const HostFrame frame;
+  return FindMissingTables(document, step.path);
+}
 
 std::optional<Hindrance> FindHindrance(PDDoc document, const std::string& step) {
   const HostFrame frame;

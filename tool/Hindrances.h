@@ -5,6 +5,8 @@
 
 #include <tgx/host.h>
 
+#include "tool/Steps.h"
+
 namespace tgx::tool {
 
 /// What keeps a step from doing its work in a document.
@@ -15,5 +17,8 @@ struct Hindrance {
 
 /// Looks for what made a step, by its name, fail, or let it do nothing. Nothing where no reason is known.
 std::optional<Hindrance> FindHindrance(PDDoc document, const std::string& step);
+
+/// What a step would do harm by if it was run now. Looked for before the step; nothing for most of them.
+std::optional<Hindrance> FindHarm(PDDoc document, const StepCall& step);
 
 }  // namespace tgx::tool

@@ -54,6 +54,8 @@ void AddSummary(const RepairSummary& summary, Json& object) {
     counts[std::string(name.key)] = {{"before", summary.before[name.what]}, {"after", summary.after[name.what]}};
   }
   object["counts"] = std::move(counts);
+  const auto orNull = [](const std::string& language) { return language.empty() ? Json() : Json(language); };
+  object["language"] = {{"before", orNull(summary.languageBefore)}, {"after", orNull(summary.languageAfter)}};
 }
 
 std::string Line(std::string_view what, const std::string& value) { return "  " + std::string(what) + ": " + value + "\n"; }
@@ -74,6 +76,11 @@ std::string AsText(const RepairSummary& summary) {
     const std::size_t before = summary.before[name.what];
     const std::size_t after = summary.after[name.what];
     if (before != after) text += Line(name.text, std::to_string(before) + " before, " + std::to_string(after) + " now");
+  }
+  if (summary.languageBefore != summary.languageAfter) {
+    const auto orNone = [](const std::string& language) { return language.empty() ? "none" : language; };
+    text += Line("language of the document",
+                 orNone(summary.languageBefore) + " before, " + orNone(summary.languageAfter) + " now");
   }
   return text.empty() ? "nothing had to be changed\n" : "what changed:\n" + text;
 }

@@ -21,6 +21,7 @@ struct StepReport {
 /// What a repair found and changed, as counted in the document.
 struct RepairSummary {
   Census before, after;
+  std::string languageBefore, languageAfter;  ///< of the document, as UTF-8; empty for none
   std::size_t rewrittenTexts = 0;
   std::size_t removedImages = 0;   ///< of one sample, from the pages
   std::size_t removedContent = 0;  ///< other things that pages painted

@@ -152,7 +152,7 @@ TEST_F(FixCommand, JsonHasThePublishedKeys) {
     for (const auto& [key, value] : object.items()) keys.push_back(key);
     return keys;
   };
-  EXPECT_THAT(keysOf(report), ElementsAre("version", "input", "output", "steps", "saved", "changes", "counts"));
+  EXPECT_THAT(keysOf(report), ElementsAre("version", "input", "output", "steps", "saved", "changes", "counts", "language"));
   EXPECT_THAT(keysOf(report["changes"]),
               ElementsAre("tagsRemoved", "tagsAdded", "tagsRenamed", "imagesRemoved", "contentRemoved", "textsRewritten"));
   EXPECT_THAT(keysOf(report["counts"]),

@@ -11,6 +11,7 @@ namespace tgx::test {
 namespace {
 
 using testing::HasSubstr;
+using testing::Not;
 using Json = nlohmann::ordered_json;
 
 class FixHindrances : public testing::Test {
@@ -120,6 +121,25 @@ TEST_F(FixHindrances, ShortAlternateTextsDoNotKeepDescriptionsOfTablesFromBeingR
   EXPECT_FALSE(entry.contains("skipped"));
   EXPECT_THAT(TreeOfOutput(), HasSubstr("Figure\n"));
   EXPECT_THAT(TreeOfOutput(), HasSubstr("Figure alt=u\"\\u{2022}\"\n"));
+}
+
+TEST_F(FixHindrances, DescriptionOfMoreTablesThanThereAreIsNotUsed) {
+  TestDocument document;
+  Page& page = document.AddPage();
+  document.Tree({Element("Document")({Element("Table")({Element("TR")({Element("TD").Text(page, "a")})})})});
+  folder_.Write("in.pdf", document.Write());
+  folder_.Write("fits.tsv", "Table\t1\nLayout\n");
+  folder_.Write("other.tsv", "Table\t1\nLayout\nTable\t2\nRow\n");
+  const auto fix = [this](const char* tables) {
+    const ProcessResult result =
+        Tool({"fix", "in.pdf", "-o", "out.pdf", "--force", "--tables", tables}).In(folder_.Path()).Run();
+    EXPECT_EQ(result.status, 0) << result.err;
+    return result.out;
+  };
+  EXPECT_THAT(fix("other.tsv"), HasSubstr("layout-tables: skipped: other.tsv tells of table 2, but there are 1: "));
+  EXPECT_THAT(TreeOfOutput(), HasSubstr("Table\n"));
+  EXPECT_THAT(fix("fits.tsv"), HasSubstr("layout-tables: done\n"));
+  EXPECT_THAT(TreeOfOutput(), Not(HasSubstr("Table\n")));
 }
 
 TEST_F(FixHindrances, StepsThatFoundNothingSaySo) {

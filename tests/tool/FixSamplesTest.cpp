@@ -28,6 +28,7 @@ void ExpectNothingChanged(const std::string& json) {
   const Json report = Json::parse(json);
   for (const auto& [key, number] : report["changes"].items()) EXPECT_EQ(number, 0) << key;
   for (const auto& [key, count] : report["counts"].items()) EXPECT_EQ(count["before"], count["after"]) << key;
+  EXPECT_EQ(report["language"]["before"], report["language"]["after"]);
 }
 
 Json TreeOf(const std::string& pdf) { return Json::parse(RunTool({"tree", "--json", "--quiet", pdf}).out); }
@@ -133,7 +134,7 @@ TEST_P(FixSamples, GivesTheTreeOfTheReferenceFile) {
 TEST_P(FixSamples, SecondRepairChangesNothingMore) {
   Fix();
   const std::string again = folder_ / "again.pdf";
-  const ProcessResult result = RunTool({"fix", Output(), "-o", again, "--json"});
+  const ProcessResult result = RunTool(Command(Output(), again));
   EXPECT_EQ(result.status, 0) << result.err;
   ExpectNothingChanged(result.out);
   EXPECT_EQ(TreeOf(Output()), TreeOf(again));

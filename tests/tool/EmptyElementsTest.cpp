@@ -8,7 +8,7 @@ namespace tgx::test {
 namespace {
 
 /// The tree of a document with one table, after the command has removed what is empty.
-class EmptyCells : public testing::Test {
+class EmptyElements : public testing::Test {
  protected:
   Element Filled(const char* type = "TD") { return Element(type).Text(page_, "x"); }
 
@@ -39,7 +39,7 @@ class EmptyCells : public testing::Test {
   TempFolder folder_;
 };
 
-TEST_F(EmptyCells, StayInTheirPlacesWhenADocumentIsFixed) {
+TEST_F(EmptyElements, StayInTheirPlacesWhenADocumentIsFixed) {
   EXPECT_EQ(TreeAfter("fix", {Element("TR")({Element("TH"), Filled("TH"), Element("TD"), Filled(), Element("TD")})}),
             "Document\n"
             "  Table\n"
@@ -51,7 +51,7 @@ TEST_F(EmptyCells, StayInTheirPlacesWhenADocumentIsFixed) {
             "      TD\n");
 }
 
-TEST_F(EmptyCells, LoseTheEmptyElementsInThem) {
+TEST_F(EmptyElements, LoseTheEmptyElementsInThem) {
   EXPECT_EQ(TreeAfter("fix", {Element("TR")({Element("TD")({Element("P")({Element("Span")}), Element("P")}), Filled()})}),
             "Document\n"
             "  Table\n"
@@ -60,7 +60,7 @@ TEST_F(EmptyCells, LoseTheEmptyElementsInThem) {
             "      TD\n");
 }
 
-TEST_F(EmptyCells, GoWithARowThatHoldsNothing) {
+TEST_F(EmptyElements, GoWithARowThatHoldsNothing) {
   EXPECT_EQ(TreeAfter("fix", {Element("TR")({Filled()}), Element("TR")({Element("TD"), Element("TD")})}),
             "Document\n"
             "  Table\n"
@@ -68,7 +68,7 @@ TEST_F(EmptyCells, GoWithARowThatHoldsNothing) {
             "      TD\n");
 }
 
-TEST_F(EmptyCells, DoNotBringBackOtherEmptyElementsOfTheRow) {
+TEST_F(EmptyElements, DoNotBringBackOtherEmptyElementsOfTheRow) {
   EXPECT_EQ(TreeAfter("fix", {Element("TR")({Element("Span"), Element("TD"), Filled()})}),
             "Document\n"
             "  Table\n"
@@ -77,7 +77,7 @@ TEST_F(EmptyCells, DoNotBringBackOtherEmptyElementsOfTheRow) {
             "      TD\n");
 }
 
-TEST_F(EmptyCells, AreKnownByTheRoleMap) {
+TEST_F(EmptyElements, AreKnownByTheRoleMap) {
   document_.RoleMap({{"Cell", "TD"}, {"Row", "TR"}});
   EXPECT_EQ(TreeAfter("fix", {Element("Row")({Element("Cell"), Filled()})}),
             "Document\n"
@@ -87,7 +87,56 @@ TEST_F(EmptyCells, AreKnownByTheRoleMap) {
             "      TD\n");
 }
 
-TEST_F(EmptyCells, AreRemovedByTheStepAlone) {
+TEST_F(EmptyElements, WithTextsOfTheirOwnStay) {
+  EXPECT_EQ(TreeAfter("fix", {Element("TR")({Filled()}), Element("Caption")({
+                                                             Element("Span"),
+                                                             Filled("Span"),
+                                                             Element("Figure").Alt("A grain"),
+                                                             Element("Formula").Set("AF", "[]"),
+                                                             Element("Span").ActualText("x"),
+                                                             Element("Span").String("E", "for example"),
+                                                         })}),
+            "Document\n"
+            "  Table\n"
+            "    TR\n"
+            "      TD\n"
+            "    Caption\n"
+            "      Span\n"
+            "      Figure alt=\"A grain\"\n"
+            "      Formula\n"
+            "      Span actual=\"x\"\n"
+            "      Span\n");
+}
+
+TEST_F(EmptyElements, StayWithTheEmptyElementsAroundThemAndNoOthers) {
+  EXPECT_EQ(TreeAfter("fix", {Element("TR")({Filled()}),
+                              Element("Caption")({
+                                  Element("P")({Element("Span"), Element("Div")({Element("Figure").Alt("A grain")})}),
+                                  Element("P"),
+                              })}),
+            "Document\n"
+            "  Table\n"
+            "    TR\n"
+            "      TD\n"
+            "    Caption\n"
+            "      P\n"
+            "        Div\n"
+            "          Figure alt=\"A grain\"\n");
+}
+
+TEST_F(EmptyElements, GoWhereTheirTextIsEmptyOrAMark) {
+  EXPECT_EQ(TreeAfter("fix", {Element("TR")({Filled()}),
+                              Element("Caption")({Filled("Span"), Element("Figure").Alt(""),
+                                                  Element("Figure").Alt(u"MATHML_1_START"), Element("P").Title("x")})}),
+            "Document\n"
+            "  Table\n"
+            "    TR\n"
+            "      TD\n"
+            "    Caption\n"
+            "      Span\n");
+}
+
+TEST_F(EmptyElements, AreRemovedByTheStepAlone) {
   EXPECT_EQ(TreeAfter("run", {Element("TR")({Element("TD"), Filled()})}),
             "Document\n"
             "  Table\n"
