@@ -4,6 +4,7 @@
 
 #include <CLI/CLI.hpp>
 
+#include "tool/FixPlan.h"
 #include "tool/HelpTexts.h"
 #include "tool/Steps.h"
 
@@ -93,10 +94,75 @@ std::string StepSection(const char* title, StepKind kind) {
   return section;
 }
 
+/// The steps of a repair in their order, those that are on or those that are off; steps with a file name its option.
+std::string FixStepNames(bool byDefault) {
+  std::string names;
+  for (const FixStep& step : FixSteps()) {
+    if (step.byDefault != byDefault) continue;
+    names += (names.empty() ? "" : ",\n") + Bold(step.name);
+    if (!step.option.empty()) names += " (with " + Bold(step.option) + ")";
+  }
+  return names;
+}
+
+constexpr const char* kRepair =
+    "A step that finds nothing to change, or that can do nothing in the document, is told of in the report and is no "
+    "failure.\n"
+    "A step that fails ends the repair, and nothing is written; with\n"
+    "\\fB\\-\\-keep\\-going\\fR the others are run and the result is saved, and the exit status still tells of the "
+    "failure.\n"
+    ".TP\nTexts of marks\n"
+    "Before the first step, alternate texts and titles that hold marks are rewritten to UTF\\-16BE with a byte\\-order "
+    "mark,\n"
+    "and languages to plain text, since the library reads them in no other form.\n"
+    ".TP\nWhat is visible stays\n"
+    "A step that takes away from the page content more than it is meant to is undone for the whole document, and the "
+    "report\n"
+    "names the page and what it would have removed.\n"
+    ".TP\nEmpty cells\n"
+    "Empty cells that \\fBremove\\-empty\\-tags\\fR takes out of a row that stays are put back, so that columns keep their "
+    "heads.\n"
+    ".PP\nNone of this holds for \\fBtgx run\\fR, which does what it is told.\n";
+
+std::string RepairSection() {
+  return ".SH THE WHOLE REPAIR\n\\fBtgx fix\\fR runs these steps, in this order:\n" + FixStepNames(true) +
+         ".\n.PP\nThese are off unless \\fB\\-\\-with\\fR asks for them, and have places of their own in that order:\n" +
+         FixStepNames(false) + ".\n.PP\n" + kRepair;
+}
+
+struct Example {
+  const char* what;
+  const char* command;
+};
+
+constexpr Example kExamples[] = {
+    {"Repairs a document, with the files that its exporter wrote beside it:",
+     "tgx fix annual-report.pdf -o repaired.pdf \\\n        --styles annual-report.styles.xml --toc annual-report.toc.xml"},
+    {"Repairs it, leaves two steps out, and reports to a program:",
+     "tgx fix annual-report.pdf -o repaired.pdf --force --json \\\n        --skip double-bullets,role-map"},
+    {"Shows the structure with the texts on the pages:", "tgx tree --text annual-report.pdf"},
+    {"Runs three steps, two of them by number:",
+     "tgx run annual-report.pdf -o other.pdf table-metadata action=14 fixups=0x3"},
+};
+
+std::string ExamplesSection() {
+  std::string section = ".SH EXAMPLES\n";
+  for (const Example& example : kExamples)
+    section += std::string(".PP\n") + example.what + "\n.PP\n.nf\n    " + Escaped(example.command) + "\n.fi\n";
+  return section;
+}
+
+/// What --help says of the exit status, without its title.
+std::string_view ExitStatus() {
+  const std::string_view text = kExitStatus;
+  return text.substr(text.find('\n') + 1);
+}
+
 }  // namespace
 
 std::string ManualPage(const CLI::App& app) {
   std::string page = ".TH TGX 1 \"\" \"" + std::string("tgx ") + TGX_VERSION + "\" \"User Commands\"\n";
+  page += ".nh\n";  // names with hyphens must not be broken at further ones
   page += ".SH NAME\ntgx \\- repair tagged PDF documents\n.SH SYNOPSIS\n";
   const auto commands = app.get_subcommands([](const CLI::App*) { return true; });
   for (const CLI::App* command : commands) page += SynopsisOf(*command) + ".br\n";
@@ -107,10 +173,11 @@ std::string ManualPage(const CLI::App& app) {
       "writes beside it, and rewrites the document into plain tagged PDF. What is seen on the pages stays.\n";
   page += ".SH COMMANDS\n";
   for (const CLI::App* command : commands) page += CommandSection(*command);
+  page += RepairSection();
   page += ".SH STEPS\n" + Preformatted(kStepForms);
   page += StepSection("Actions", StepKind::kAction) + StepSection("Fixes", StepKind::kFix);
   page += StepSection("Steps of the command's own", StepKind::kTool);
-  page += ".SH EXIT STATUS\n" + Preformatted(kExitStatus);
+  page += ".SH EXIT STATUS\n" + Preformatted(ExitStatus()) + ExamplesSection();
   page += ".SH SEE ALSO\n.BR qpdf (1)\n";
   return page;
 }

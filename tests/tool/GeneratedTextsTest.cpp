@@ -1,11 +1,13 @@
 // The manual page and the completion, which are made from the commands and steps.
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
+#include <sys/stat.h>
 #include <CLI/CLI.hpp>
 
 #include "tests/tool/RunTool.h"
 #include "tool/CommandLine.h"
 #include "tool/Completion.h"
+#include "tool/FixPlan.h"
 #include "tool/Manual.h"
 #include "tool/Steps.h"
 
@@ -56,6 +58,38 @@ TEST(ManualPage, ListsEveryCommandAndEveryOption) {
   EXPECT_THAT(page, HasSubstr("EXIT STATUS"));
 }
 
+/// Where the words stand in the text, one behind the other.
+void ExpectInOrder(const std::string& text, const std::vector<std::string>& words) {
+  std::size_t from = 0;
+  for (const std::string& word : words) {
+    const std::size_t place = text.find(word, from);
+    EXPECT_NE(place, std::string::npos) << word;
+    if (place != std::string::npos) from = place + word.size();
+  }
+}
+
+std::vector<std::string> FixStepNames(bool byDefault) {
+  std::vector<std::string> names;
+  for (const tool::FixStep& step : tool::FixSteps()) {
+    if (step.byDefault == byDefault) names.emplace_back(step.name);
+  }
+  return names;
+}
+
+TEST(ManualPage, TellsTheOrderOfTheRepairAndWhatIsOff) {
+  const std::string page = ShownPage().out;
+  const std::size_t repair = page.find("THE WHOLE REPAIR"), off = page.find("These are off"), steps = page.find("\nSTEPS\n");
+  ASSERT_TRUE(repair < off && off < steps && steps != std::string::npos);
+  ExpectInOrder(page.substr(repair, off - repair), FixStepNames(true));
+  ExpectInOrder(page.substr(off, steps - off), FixStepNames(false));
+}
+
+TEST(ManualPage, NamesItsExitStatusOnce) {
+  const std::string page = ShownPage().out;
+  EXPECT_THAT(page, HasSubstr("EXIT STATUS\n"));
+  EXPECT_THAT(page, Not(HasSubstr("Exit status:")));
+}
+
 /// What bash offers for the last of the words.
 std::vector<std::string> Offered(std::vector<std::string> words, const std::string& folder = "/") {
   const TempFolder scripts;
@@ -98,6 +132,24 @@ TEST(BashCompletion, OffersFilesBehindAnOptionThatTakesOneAndBehindTheColonOfASt
   EXPECT_THAT(Offered({"tgx", "run", "--password-file", "con"}, folder.Path()), ElementsAre("contents of it.xml"));
   EXPECT_THAT(Offered({"tgx", "run", "toc", ":", "con"}, folder.Path()), ElementsAre("contents of it.xml"));
   EXPECT_THAT(Offered({"tgx", "run", "toc", ":"}, folder.Path()), ElementsAre("contents of it.xml"));
+}
+
+TEST(BashCompletion, OffersStepsOfTheRepairToSkipAndStepsThatAreOffToAdd) {
+  EXPECT_THAT(
+      Offered({"tgx", "fix", "--skip", "toc,r"}),
+      testing::UnorderedElementsAre("toc,reshuffle-frames-by-holder", "toc,reshuffle-frames", "toc,remove-frame-markers",
+                                    "toc,role-map", "toc,remove-dummy-images", "toc,remove-empty-tags"));
+  EXPECT_THAT(Offered({"tgx", "fix", "--with", ""}), testing::UnorderedElementsAreArray(FixStepNames(false)));
+}
+
+TEST(BashCompletion, OffersFoldersAndFilesOfTheKindThatIsWanted) {
+  const TempFolder folder;
+  for (const char* name : {"a.xml", "a.pdf", "a.tsv"}) folder.Write(name, "");
+  ASSERT_EQ(mkdir((folder / "a").c_str(), 0700), 0);
+  EXPECT_THAT(Offered({"tgx", "fix", "--toc", "a"}, folder.Path()), testing::UnorderedElementsAre("a", "a.xml"));
+  EXPECT_THAT(Offered({"tgx", "fix", "--forms", "a."}, folder.Path()), ElementsAre("a.pdf"));
+  EXPECT_THAT(Offered({"tgx", "run", "layout-tables", ":", "a."}, folder.Path()), ElementsAre("a.tsv"));
+  EXPECT_THAT(Offered({"tgx", "run", "layout-tables", ":"}, folder.Path()), testing::UnorderedElementsAre("a", "a.tsv"));
 }
 
 TEST(BashCompletion, OffersNothingForAPassword) {
