@@ -1,6 +1,7 @@
 #!/usr/bin/env bash
 # Runs every command that README.md and docs/ show, page by page in a folder of its own, as a reader would: blocks marked sh, with
-# what is installed on the PATH and the examples in place. A block behind a comment "not run by the tests: WHY" is left out.
+# what is installed on the PATH, the examples in place, and a program that the page shows in a block marked c as repair.c. A block
+# behind a comment "not run by the tests: WHY" is left out. Then the examples of the manual page.
 source "$(dirname "$0")/../packaging/common.sh"
 install_and_move
 PKG_CONFIG_PATH=$(dirname "$(find "$prefix" -name tgx.pc)")
@@ -28,8 +29,15 @@ blocks() {
   ' "$sources/$1"
 }
 
+# run_block TITLE FILE: in the folder $place.
+run_block() {
+  (cd "$place" && bash -euo pipefail "$2") >"$scratch/output" 2>&1 </dev/null ||
+    fail "$1: this block failed:" "$(cat "$2" "$scratch/output")"
+}
+
 run=0
 left_out=0
+programs=0
 cd "$sources"
 for page in README.md CONTRIBUTING.md docs/*.md; do
   numbers=$(blocks "$page") || fail "$page shows commands that are not run"
@@ -37,16 +45,29 @@ for page in README.md CONTRIBUTING.md docs/*.md; do
   place=$scratch/place
   rm -rf "$place"
   mkdir "$place"
-  cp -r examples tests/consumer/repair.c "$place"
+  cp -r examples "$place"
+  awk '/^```c$/ { inside = 1; next } /^```/ { inside = 0 } inside' "$page" >"$place/repair.c"
   printf '#!/bin/sh\nexec "%s/run" "$@"\n' "$sources" >"$place/run" # builds in the sources, works here
   chmod +x "$place/run"
   for block in "$scratch"/blocks/*; do
     [ -e "$block" ] || continue
-    (cd "$place" && bash -euo pipefail "$block") >"$scratch/output" 2>&1 </dev/null ||
-      fail "$page: this block failed:" "$(cat "$block" "$scratch/output")"
+    run_block "$page" "$block"
   done
+  if [ -s "$place/repair.c" ]; then
+    # shellcheck disable=SC2046 # the flags are words
+    cc -std=c11 -Wall -Wextra -Wpedantic -Werror -fsyntax-only "$place/repair.c" $(pkg-config --cflags tgx tgxhost)
+    qpdf --check "$place/out.pdf" >/dev/null || fail "$page: its program repaired nothing"
+    programs=$((programs + 1))
+  fi
   run=$((run + count))
   left_out=$((left_out + others))
 done
 [ "$run" -gt 0 ] || fail "no page shows a command"
-echo "$run blocks of commands run, $left_out left out"
+[ "$programs" -gt 0 ] || fail "no page shows a program"
+
+place=$scratch/manual
+cp -r examples "$place"
+sed -n '/^\.SH EXAMPLES/,$ { /^\.nf/,/^\.fi/ { /^\./d; s/\\-/-/g; s/\\e/\\/g; p } }' "$prefix/share/man/man1/tgx.1" >"$scratch/examples"
+grep -q '^ *tgx fix ' "$scratch/examples" || fail "the manual page has no examples"
+run_block "the manual page" "$scratch/examples"
+echo "$run blocks of commands run, $left_out left out; $programs programs and the examples of the manual page"

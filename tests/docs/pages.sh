@@ -1,7 +1,6 @@
 #!/usr/bin/env bash
 # The pages of docs/ tell what there is: every step, every operation; links lead somewhere.
-sources=$1 build=$2
-set -euo pipefail
+source "$(dirname "$0")/../packaging/common.sh"
 cd "$sources"
 status=0
 complain() {
@@ -23,6 +22,24 @@ done < <("$build/bin/tgx" actions | sed -n 's/^  [0-9][0-9a-fx]* *\([a-z-]*\).*/
 for page in README.md CONTRIBUTING.md docs/*.md; do
   while IFS= read -r link; do
     [ -e "$(dirname "$page")/$link" ] || complain "$page: nothing is at $link"
-  done < <(grep -o '](\([^)#:]*\))' "$page" | sed 's/^](//; s/)$//')
+  done < <(links_of "$page")
+done
+
+# Every page can be reached from README.md.
+seen=' '
+reach() {
+  case $seen in *" $1 "*) return ;; esac
+  seen+="$1 "
+  local link
+  while IFS= read -r link; do
+    case $link in
+      docs/*.md) reach "$link" ;;
+      *.md) if [ "${1%/*}" = docs ]; then reach "docs/$link"; fi ;;
+    esac
+  done < <(links_of "$1")
+}
+reach README.md
+for page in docs/*.md; do
+  case $seen in *" $page "*) ;; *) complain "no way leads from README.md to $page" ;; esac
 done
 exit $status

@@ -15,6 +15,9 @@ has() {
   for file in "$@"; do [ -s "$prefix/$file" ] || fail "there is no $file in $prefix"; done
 }
 
+# links_of PAGE: the files that it links to.
+links_of() { grep -o '](\([^):#]*\)[#)]' "$1" | sed 's/^](//; s/.$//' | sed '/^$/d'; }
+
 # Installs into one folder and moves it to another, as packages do; the folder is in $prefix.
 install_and_move() {
   cmake --install "$build" --prefix "$scratch/before" >"$scratch/install.log" || fail "$(cat "$scratch/install.log")"

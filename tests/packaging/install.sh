@@ -11,7 +11,8 @@ has "$library"/cmake/tgx/tgxConfig{,Version}.cmake "$library"/pkgconfig/{tgx,tgx
 
 for name in tgx tgxhost; do
   soname=$(readelf -d "$prefix/$library/lib$name.so" | sed -n 's/.*SONAME.*\[\(.*\)\]/\1/p')
-  [[ $soname =~ ^lib$name\.so\.[0-9]+$ ]] || fail "the soname of lib$name is $soname"
+  # Before 1.0 the interface may change with each minor version, so the name has that too.
+  [[ $soname =~ ^lib$name\.so\.(0\.[0-9]+|[1-9][0-9]*)$ ]] || fail "the soname of lib$name is $soname"
   has "$library/$soname"
 done
 
