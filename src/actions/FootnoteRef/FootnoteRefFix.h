@@ -19,7 +19,7 @@ class FootnoteRefFix : public PDFAction, public ITagStructureVisitor, public ICo
  public:
   FootnoteRefFix();
 
-  /// Of every link annotation, 16.16.
+  /// Of every link annotation, 16.16; at first 1, which is next to nothing.
   void SetBorderWidth(std::int32_t width) { borderWidth_ = width; }
   /// Kind of the destinations: 0 XYZ, 1 Fit, 2 FitH, 3 FitV, 5 FitB, 6 FitBH, 7 FitBV; FitR for any other value.
   void SetDestinationFit(std::int32_t fit) { destinationFit_ = fit; }

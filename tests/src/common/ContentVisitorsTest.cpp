@@ -122,6 +122,15 @@ TEST_F(ContentVisitors, FindKeepsTheContentOfThePageUntilItLetsGoOfNoPage) {
   EXPECT_EQ(releasedAPage, (std::vector<bool>{false, false}));
 }
 
+TEST_F(ContentVisitors, FindAndEraseTakeTheirFramesOffAgain) {
+  Open({Marked("P", Mcid(0), {})});
+  test::CountingHost host;
+  const test::HostSession counted(host.Tables());
+  CContentFinder().Find(open_->Handle(), pdPage_, 0);
+  CContentEraser().Erase(open_->Handle(), pdPage_, 0);
+  EXPECT_EQ(host.Open("frames"), 0);
+}
+
 TEST_F(ContentVisitors, EraseDoesNothingForANegativeMcid) {
   Open({Marked("P", "", {Text("kept")})});
   test::RecordingHost host;
@@ -175,6 +184,13 @@ TEST_F(ContentVisitors, ActualTextLosesTheFirstMarkWhereverItStands) {
   CActualTextExtractor extractor;
   extractor.Extract(Top(0));
   EXPECT_EQ(extractor.Text(), (ByteVector{0, 'A', 0, 'B', 0xFE, 0xFF}));
+}
+
+TEST_F(ContentVisitors, ActualTextLosesAMarkBetweenTheBytesOfItsCharacters) {
+  Open({Marked("Span", "<</ActualText<41FEFF42>>>", {})});
+  CActualTextExtractor extractor;
+  extractor.Extract(Top(0));
+  EXPECT_EQ(extractor.Text(), (ByteVector{'A', 'B'}));
 }
 
 TEST_F(ContentVisitors, ActualTextIsAStringThatIsNotEmpty) {

@@ -1,3 +1,5 @@
+#include "src/fixes/RemoveDoubleBullet/CDoubleBulletsRemover.h"
+
 #include <gtest/gtest.h>
 
 #include "tests/support/Hosts.h"
@@ -141,6 +143,23 @@ TEST_F(DoubleBullets, KeepsEverythingWhereTheContentIsNotOnThePage) {
   EXPECT_EQ(Left("hidden"), 1U);
   EXPECT_EQ(Left("visible"), 1U);
 }
+
+TEST_F(DoubleBullets, KeepsEverythingOnPagesWithoutMarkedContent) {
+  test::Page& bare = document_.AddPage().Add(test::Text("bare"));
+  Repair({Element("Lbl")({Element("Span").Title("hidden").Mcr(bare, 0), Visible()})});
+  EXPECT_EQ(Left("hidden"), 1U);
+}
+
+TEST_F(DoubleBullets, RemovesASpanOnceAndLeavesItsOtherContentOnThePage) {
+  Element hidden = Hidden();
+  page_.Add(test::Marked("Span", "<</MCID 200/ActualText<FEFF2022>>>", {test::Text("other")}));
+  Repair({Element("Lbl")({hidden.Mcid(page_, 200), Visible()})});
+  EXPECT_EQ(Left("hidden"), 0U);
+  EXPECT_FALSE(PaintsHidden());
+  EXPECT_NE(test::ReadBack(saved_).Content(1).find("(other)"), std::string::npos);
+}
+
+TEST_F(DoubleBullets, FailsWithoutADocument) { EXPECT_FALSE(CDoubleBulletsRemover().Run(nullptr)); }
 
 TEST_F(DoubleBullets, KeepsPairsOnTopOfTheTree) {
   document_.Tree({Hidden(), Visible()});

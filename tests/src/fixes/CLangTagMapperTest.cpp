@@ -1,3 +1,5 @@
+#include "src/fixes/LangEncoderFix/CLangTagMapper.h"
+
 #include <gtest/gtest.h>
 
 #include "tests/support/OpenDocument.h"
@@ -34,6 +36,14 @@ TEST(LangTagMapper, WritesTheTagOfABracketForm) { EXPECT_EQ(Mapped("[Lang=de]", 
 TEST(LangTagMapper, ReadsABracketFormStoredAsUtf16WithoutAMark) {
   EXPECT_EQ(Mapped("\0[\0L\0a\0n\0g\0=\0d\0e\0]"s, kToTags), kTagOfDe);
 }
+
+TEST(LangTagMapper, TakesTheMarkOfUtf16ForCharactersOfTheLanguage) {
+  EXPECT_EQ(Mapped(u"[Lang=d]", kToTags), "\xFE\xFF\0\x0E\0\x7F\0\x0E\0\xFE\0\x0E\0\xFF\0\x0E\0d\0\x0E\0\x01"s);
+}
+
+TEST(LangTagMapper, LeavesALanguageOfZeroBytesAlone) { EXPECT_EQ(Mapped("\0\0"s, kToTags), "\0\0"s); }
+
+TEST(LangTagMapper, FailsWithoutADocument) { EXPECT_FALSE(CLangTagMapper().Run(nullptr)); }
 
 TEST(LangTagMapper, LeavesAPlainLanguageAloneInBothModes) {
   EXPECT_EQ(Mapped("en-US", kToTags), "en-US");

@@ -1,4 +1,8 @@
+#include "src/fixes/MainLangResolver/CMainLangResolver.h"
+
 #include <gtest/gtest.h>
+
+#include <limits>
 
 #include "tests/support/OpenDocument.h"
 #include "tests/support/TestDocument.h"
@@ -101,6 +105,40 @@ TEST_F(MainLang, CountsContentWithALanguageOfItsOwnForThatOne) {
   EXPECT_EQ(Resolved({Paragraph("de", 5), Element("P").Lang("de").Mcid(page_, 7)}), "fr");
 }
 
+TEST_F(MainLang, CountsForTheElementAgainBehindContentWithALanguageOfItsOwn) {
+  page_.Add(test::Marked("Span", "<</MCID 7/Lang(fr)>>", {Runs(4)}));
+  EXPECT_EQ(Resolved({Element("P").Lang("de").Mark(page_, Runs(3)).Mcid(page_, 7).Mark(page_, Runs(3))}), "de");
+}
+
+TEST_F(MainLang, LeavesTheTextOfContentWithoutALanguageToTheElement) {
+  page_.Add(test::Marked("Span", "<</MCID 7/Lang/fr>>", {Runs(9)}));
+  EXPECT_EQ(Resolved({Element("P").Lang("de").Mcid(page_, 7), Paragraph("fr", 5)}), "de") << "a name is no language";
+}
+
+TEST_F(MainLang, InheritsTheLanguageWhereAnElementHasOneOfZeroBytesAlone) {
+  EXPECT_EQ(Resolved({Element("Sect").Lang("de")({Paragraph("\0\0"s, 5)}), Paragraph("fr", 3)}), "de");
+}
+
+TEST_F(MainLang, StoresTheBytesOfUtf16WithItsMarkAndWithoutItsZeroBytes) {
+  EXPECT_EQ(Resolved({Paragraph(u"de", 3)}),
+            "\xFE\xFF"
+            "de");
+}
+
+TEST_F(MainLang, GoesOnBehindContentOnAPageWithoutAny) {
+  test::Page& bare = document_.AddPage().Add(test::Text("bare"));
+  EXPECT_EQ(Resolved({Element("P").Lang("fr").Mcr(bare, 0), Paragraph("de", 3)}), "de");
+}
+
+TEST_F(MainLang, DoesNotCountBeyondTheLargestNumber) {
+  static PDFEditReadTable read = *test::EmbeddedTables()->pdfEditRead;
+  static HostTables tables = *test::EmbeddedTables();
+  read.PDETextGetNumRuns = [](PDEText) { return std::numeric_limits<ASInt32>::max(); };
+  tables.pdfEditRead = &read;
+  const test::HostSession session(&tables);
+  EXPECT_EQ(Resolved({Paragraph("de", 2), Paragraph("fr", 2), Paragraph("fr", 2), Paragraph("fr", 2)}), "fr");
+}
+
 TEST_F(MainLang, TakesZeroBytesInALanguageOfContentForAnotherLanguage) {
   page_.Add(test::Marked("Span", "<</MCID 7/Lang<00640065>>>", {Runs(4)}));
   EXPECT_EQ(Resolved({Element("P").Mcid(page_, 7), Paragraph("de", 3), Paragraph("fr", 5)}), "fr")
@@ -129,6 +167,8 @@ TEST_F(MainLang, TakesMissingContentForTheLastOfThePage) {
   EXPECT_EQ(Resolved({Element("P").Lang("fr").Mcid(page_, 99), Paragraph("de", 3), Element("P").Mark(page_, Runs(8))}),
             "fr");
 }
+
+TEST(MainLangOfBareDocuments, FailsWithoutADocument) { EXPECT_FALSE(CMainLangResolver().Run(nullptr)); }
 
 TEST(MainLangOfBareDocuments, FailsWithoutATextForADocumentWithoutAStructureTree) {
   TestDocument document;

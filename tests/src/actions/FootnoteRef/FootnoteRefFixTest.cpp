@@ -159,6 +159,32 @@ TEST_F(FootnoteLinks, LeadBackToTheReferenceBesideAFrame) {
   EXPECT_NEAR(Number(Annotation(1, 1).getKey("/A").getKey("/D"), 2), 300, 0.01);
 }
 
+TEST_F(FootnoteLinks, LeadBackToTheReferenceInAFrameThatDoesNotEnd) {
+  EXPECT_EQ(Run({Marker("TEXTFRAME_START"), Element("P").Mark(page_, test::Text("frame and more").At(50, 600)),
+                 Reference(page_, 60, 590), Note(page_, 72, 100)}),
+            test::kSuccess);
+  EXPECT_NEAR(Number(Annotation(1, 1).getKey("/A").getKey("/D"), 2), 60, 0.01);
+}
+
+TEST_F(FootnoteLinks, PassOverTheEndOfAFrameThatDoesNotBegin) {
+  EXPECT_EQ(Run({Element("P").Mark(page_, test::Text("frame and more").At(50, 600)), Marker("TEXTFRAME_END"),
+                 Reference(page_, 60, 590), Note(page_, 72, 100)}),
+            test::kSuccess);
+  EXPECT_NEAR(Number(Annotation(1, 1).getKey("/A").getKey("/D"), 2), 60, 0.01);
+}
+
+TEST_F(FootnoteLinks, LeadBackToTheFirstOfTheFramesAroundTheReference) {
+  const auto frame = [&](double x) {
+    return std::vector<Element>{Marker("TEXTFRAME_START"), Element("P").Mark(page_, test::Text("frame and more").At(x, 600)),
+                                Marker("TEXTFRAME_END")};
+  };
+  std::vector<Element> elements = frame(55);
+  for (const Element& element : frame(50)) elements.push_back(element);
+  elements.insert(elements.end(), {Reference(page_, 60, 590), Note(page_, 72, 100)});
+  EXPECT_EQ(Run(elements), test::kSuccess);
+  EXPECT_NEAR(Number(Annotation(1, 1).getKey("/A").getKey("/D"), 2), 55, 0.01);
+}
+
 TEST_F(FootnoteLinks, DoNotGatherWhatIsLeftOfAFrameBehindAnInnerOne) {
   const auto body = [this](double x, double y) { return Element("P").Mark(page_, test::Text("frame").At(x, y)); };
   EXPECT_EQ(
@@ -263,6 +289,30 @@ TEST_F(FootnoteLinks, HaveTheKindThatIsSet) {
     file_ = std::make_unique<test::ReadBack>(open.Save());
     EXPECT_EQ(Annotation(1, 0).getKey("/A").getKey("/D").getArrayItem(1).unparse(), name) << number;
   }
+}
+
+TEST_F(FootnoteLinks, HaveTheThinnestBorderAndTheAreaOfTheOtherOneUnlessToldOtherwise) {
+  document_.Tree({Reference(page_, 100, 600), Note(page_, 72, 100)});
+  const test::HostSession session;
+  OpenDocument open(document_.Write());
+  FootnoteRefFix fix;
+  fix.SetDocument(open.Handle());
+  EXPECT_TRUE(fix.Run());
+  file_ = std::make_unique<test::ReadBack>(open.Save());
+  EXPECT_EQ(Annotation(1, 0).getKey("/Border").unparse(), "[ 0 0 0.00002 ]") << "one of 65,536 parts of a unit";
+  EXPECT_EQ(Annotation(1, 0).getKey("/A").getKey("/D").getArrayItem(1).unparse(), "/FitR");
+}
+
+TEST_F(FootnoteLinks, ArePutIntoElementsWhoseLinkHoldsNoAnnotation) {
+  const Element link = Element("Link").Mark(page_, test::Text("1").At(100, 600));
+  EXPECT_EQ(Run({Element("Reference").Add(link), Note(page_, 72, 100)}), test::kSuccess);
+  EXPECT_EQ(Annotations(1), 2);
+}
+
+TEST_F(FootnoteLinks, ArePutIntoElementsThatHoldMoreThanALink) {
+  const Element link = Element("Link").Object(page_.Link("https://example.org/"));
+  EXPECT_EQ(Run({Reference(page_, 100, 600).Add(link), Note(page_, 72, 100)}), test::kSuccess);
+  EXPECT_EQ(Annotations(1), 3);
 }
 
 TEST_F(FootnoteLinks, DoNothingInADocumentWithoutAStructureTree) {
