@@ -53,7 +53,7 @@ class CDoubleBulletsRemover {
   PDDoc document_ = nullptr;
   std::vector<std::unique_ptr<MarkedContentRecord>> records_;  ///< in tree order
   ContainerIndex containers_;
-  const ByteVector noText_;
+  const ByteVector noText_{};
   std::set<ByteVector> distinctTexts_;
   std::unordered_map<PDEContainer, Texts> texts_;
 };
