@@ -1,6 +1,6 @@
 #include "src/common/PageHelpers.h"
 
-#include "src/common/StructureUtils.h"
+#include "src/common/PageFinder.h"
 
 namespace tgx {
 

@@ -1,7 +1,6 @@
 #include "src/common/StructureUtils.h"
 
 #include <algorithm>
-#include <stdexcept>
 
 #include "src/api/StructureError.h"
 #include "src/common/PageHelpers.h"
@@ -40,8 +39,8 @@ std::string MappedType(PDSTreeRoot root, const std::string& type, int line) {
 }
 
 // Takes a container out of its page, if it stands in the page's own list.
-void RemoveTopLevelContainer(CosObj cosPage, const void* container) {
-  PageReference page(AcquirePageByCos(cosPage));
+void RemoveTopLevelContainer(CosObj cosPage, const void* container, PageFinder& pages) {
+  PageReference page(pages.Acquire(cosPage));
   const PDEContent content = PDPageAcquirePDEContent(page.Get(), ExtensionId());
   for (ASInt32 index = 0; index < PDEContentGetNumElems(content); ++index) {
     const PDEElement element = PDEContentGetElem(content, index);
@@ -70,7 +69,7 @@ bool Holds(const std::vector<char>& text, const std::vector<char>& needle) {
 
 }  // namespace
 
-void RemoveElementWithContent(PDSElement element) {  // NOLINT(misc-no-recursion)
+void RemoveElementWithContent(PDSElement element, PageFinder& pages) {  // NOLINT(misc-no-recursion)
   PDSElement parent = GetParent(element);
   while (PDSElementGetNumKids(element) != 0) {
     CosObj kid = CosNewNull();
@@ -79,10 +78,10 @@ void RemoveElementWithContent(PDSElement element) {  // NOLINT(misc-no-recursion
     CosObj page = CosNewNull();
     const ASAtom type = PDSElementGetKidWithMCInfo(element, 0, &kid, &info, &pointer, &page);
     if (type == ASAtomFromString("StructElem")) {
-      RemoveElementWithContent(kid);
+      RemoveElementWithContent(kid, pages);
     } else if (type == ASAtomFromString("MC")) {
       PDSElementRemoveKidMC(element, page, static_cast<PDEContainer>(pointer));
-      RemoveTopLevelContainer(page, pointer);
+      RemoveTopLevelContainer(page, pointer, pages);
     } else if (type == ASAtomFromString("OBJR")) {
       PDSElementRemoveKidOBJR(element, kid);
     } else {
@@ -187,16 +186,6 @@ void FindByTitle(PDSElement element, const std::vector<char>& needle, std::list<
   std::vector<char> text;
   const auto matches = [&](PDSElement candidate) { return GetTitle(candidate, text) != 0 && Holds(text, needle); };
   FindElements(element, matches, out);
-}
-
-PDPage AcquirePageByCos(CosObj page) {
-  const PDDoc document = PDDocFromCosDoc(CosObjGetDoc(page));
-  const ASInt32 count = PDDocGetNumPages(document);
-  for (ASInt32 index = 0; index < count; ++index) {
-    PageReference candidate(PDDocAcquirePage(document, index));
-    if (CosObjEqual(PDPageGetCosObj(candidate.Get()), page) == 1) return candidate.Release();
-  }
-  throw std::runtime_error("failed to acquire PDPage by CosPage");
 }
 
 }  // namespace tgx

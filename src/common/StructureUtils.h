@@ -5,13 +5,14 @@
 #include <vector>
 
 #include "src/api/HostBinding.h"
+#include "src/common/PageFinder.h"
 #include "src/common/TextEncoding.h"
 
 namespace tgx {
 
 /// Removes an element from its parent, with everything below it: marked content that stands directly in a page's list leaves
-/// its page, content inside another container stays there.
-void RemoveElementWithContent(PDSElement element);
+/// its page, content inside another container stays there. Throws as PageFinder::Acquire for content on what is no page.
+void RemoveElementWithContent(PDSElement element, PageFinder& pages);
 
 /// The place of `kid` among the kids of `parent`, which may be the tree root; -1 if it is none of them or `parent` is null.
 int GetKidIndex(PDSElement parent, CosObj kid);
@@ -43,9 +44,5 @@ std::string ResolveRole(PDDoc document, const std::string& type);
 /// zero bytes behind a text take part; an empty needle is in every text.
 void FindByAlt(PDSElement element, const std::vector<char>& needle, std::list<PDSElement>& out);
 void FindByTitle(PDSElement element, const std::vector<char>& needle, std::list<PDSElement>& out);
-
-/// The page with that dictionary, found by trying the pages of its document one by one, for the caller to release. Throws
-/// std::runtime_error when it is none of them.
-PDPage AcquirePageByCos(CosObj page);
 
 }  // namespace tgx

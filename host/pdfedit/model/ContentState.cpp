@@ -6,6 +6,39 @@ namespace {
 /// Saved states that are kept: nothing that is meant to be seen nests deeper.
 constexpr int kDeepestSave = 4096;
 
+/// Whether the operator sets the text position to something that does not depend on where it was.
+bool SetsPosition(const ContentReader& op) {
+  switch (op.Code()) {
+    case Opcode::kBeginText:
+    case Opcode::kNextLine:
+      return true;
+    case Opcode::kMoveText:
+    case Opcode::kMoveTextSetLeading:
+      return op.HasNumbers(2);
+    case Opcode::kTextMatrix:
+      return op.HasNumbers(6);
+    case Opcode::kNextLineShow:
+      return ShowsText(op);
+    default:
+      return false;
+  }
+}
+
+/// Whether shows before the operator can be added up as well behind it: it changes nothing that they depend on.
+bool LeavesShowsAsTheyAre(Opcode code) {
+  switch (code) {
+    case Opcode::kShowText:
+    case Opcode::kShowTextAdjusted:
+    case Opcode::kEndText:
+    case Opcode::kBeginContainer:
+    case Opcode::kBeginContainerWithProperties:
+    case Opcode::kEndContainer:
+      return true;
+    default:
+      return false;
+  }
+}
+
 }  // namespace
 
 TextMove MoveOfCode(const GraphicsState& state, Font::Code code) {
@@ -155,6 +188,27 @@ TextMove MoveOfShow(const ContentReader& op, const GraphicsState& graphics) {
       },
       [&](double number, const Token&) { sum.Add(MoveOfAdjustment(graphics, number)); });
   return sum;
+}
+
+void PassedShows::Before(const ContentReader& op) {
+  if (end_ == 0 || LeavesShowsAsTheyAre(op.Code())) return;
+  if (!SetsPosition(op)) return Advance();
+  end_ = 0;
+}
+
+void PassedShows::After(const ContentReader& op) {
+  if (!IsShow(op.Code())) return;
+  if (end_ == 0) begin_ = op.Begin();
+  end_ = op.End();
+}
+
+void PassedShows::Advance() {
+  if (end_ == 0) return;
+  ContentReader reader(content_, begin_);
+  while (reader.NextUpTo(end_)) {
+    if (IsShow(reader.Code())) state_.AdvanceOver(reader);
+  }
+  end_ = 0;
 }
 
 void ContentState::AdvanceOver(const ContentReader& op) { Advance(MoveOfShow(op, graphics_)); }

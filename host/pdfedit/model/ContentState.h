@@ -82,6 +82,26 @@ class ContentState {
   bool inText_ = false;
 };
 
+/// The shows that a pass over a page has met since the text position was last set. Where they lead is found out only when
+/// somebody needs it, since mostly the position is set anew, and adding up what a show moves is what a pass spends most on.
+class PassedShows {
+ public:
+  PassedShows(std::string_view content, ContentState& state) : content_(content), state_(state) {}
+
+  /// Called around ContentState::Apply for each operator of the pass.
+  void Before(const ContentReader& op);
+  void After(const ContentReader& op);
+
+  /// Moves the text position over them.
+  void Advance();
+
+ private:
+  std::string_view content_;
+  ContentState& state_;
+  std::size_t begin_ = 0;
+  std::size_t end_ = 0;  ///< of the last show; 0 without any
+};
+
 /// Calls `string(token)` and `adjustment(number, token)` for what a show operator shows, in order. False for a show whose
 /// operand is of the wrong type, which shows nothing.
 template <typename String, typename Adjustment>

@@ -105,14 +105,19 @@ const ContentState& PageModel::StateAt(std::uint32_t offset) {
 
 void PageModel::RunTo(std::uint32_t offset) {
   constexpr std::uint32_t kBetweenCheckpoints = 16384;
+  PassedShows shows(bytes_, cursor_.state);
   ContentReader reader(bytes_, cursor_.offset);
   while (reader.NextUpTo(offset)) {
+    shows.Before(reader);
     cursor_.state.Apply(reader, resources_);
-    if (IsShow(reader.Code())) cursor_.state.AdvanceOver(reader);
+    shows.After(reader);
     cursor_.offset = static_cast<std::uint32_t>(reader.End());
     const std::uint32_t last = checkpoints_.empty() ? 0 : checkpoints_.back().offset;
-    if (cursor_.offset >= last + kBetweenCheckpoints) checkpoints_.push_back(cursor_);
+    if (cursor_.offset < last + kBetweenCheckpoints) continue;
+    shows.Advance();
+    checkpoints_.push_back(cursor_);
   }
+  shows.Advance();
   cursor_.offset = std::max(cursor_.offset, offset);
 }
 

@@ -81,7 +81,7 @@ bool ExtractMathMLAction::Run() {
   for (auto& [id, entry] : formulas_) {
     if (!TagStructureWalker::IsNull(entry.start) && !TagStructureWalker::IsNull(entry.end)) BuildFormula(entry);
   }
-  if (!formulas_.empty() && !TagStructureWalker::IsNull(holder_)) RemoveElementWithContent(holder_);
+  if (!formulas_.empty() && !TagStructureWalker::IsNull(holder_)) RemoveElementWithContent(holder_, pageFinder_);
   CommitPages();
   return true;
 }
@@ -126,8 +126,8 @@ void ExtractMathMLAction::BuildFormula(FormulaEntry& entry) {
   for (const StructureKid& kid : kids) Attach(kid, formula, GetDocument());
   PDSElementInsertKid(annot, formula, kPDSAfterLast);
   PDSElementInsertKid(parent, annot, GetKidIndex(parent, entry.start) + 1);
-  RemoveElementWithContent(entry.start);
-  RemoveElementWithContent(entry.end);
+  RemoveElementWithContent(entry.start, pageFinder_);
+  RemoveElementWithContent(entry.end, pageFinder_);
 }
 
 CosObj ExtractMathMLAction::CreateAnnotation(FormulaEntry& entry, PDSElement& parent, CosObj cosPage) {

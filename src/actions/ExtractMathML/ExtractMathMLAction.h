@@ -6,6 +6,7 @@
 
 #include "src/actions/ExtractMathML/FormulaMarker.h"
 #include "src/actions/PDFAction.h"
+#include "src/common/PageFinder.h"
 #include "src/common/TagStructureVisitor.h"
 
 namespace tgx {
@@ -43,6 +44,7 @@ class ExtractMathMLAction : public PDFAction, public TagStructureVisitorBase {
 
   PDSElement holder_;  ///< the null object until one is met
   std::map<int, FormulaEntry> formulas_;
+  PageFinder pageFinder_;
 };
 
 }  // namespace tgx

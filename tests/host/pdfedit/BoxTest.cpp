@@ -62,5 +62,38 @@ TEST(Boxes, SaturateBeyondTheFixedRange) {
   EXPECT_EQ(box.right, 0x7FFFFFFF);
 }
 
+/// Where the text in the container begins that follows these operators in a text object.
+int LeftBehind(const std::string& operators) {
+  ContentDocument document("BT /F1 10 Tf 12 TL " + operators + " /P BMC (x) Tj EMC ET");
+  const std::string box = BoxText(document.At({1}));
+  return std::stoi(box.substr(0, box.find(' ')));
+}
+
+TEST(Boxes, OfTextBeginWhereTheShowsBeforeItLead) {
+  EXPECT_EQ(LeftBehind("(ab) Tj"), 12);
+  EXPECT_EQ(LeftBehind("(ab) Tj (cd) Tj"), 24);
+  EXPECT_EQ(LeftBehind("(ab) Tj 5 Tc (cd) Tj 0 Tc"), 34) << "each show moves by the state that it meets";
+  EXPECT_EQ(LeftBehind("(ab) Tj q 5 Tc (cd) Tj Q (e) Tj"), 40);
+  EXPECT_EQ(LeftBehind("(ab) Tj 0 0 0 rg [(c) -1000 (d)] TJ"), 34);
+  EXPECT_EQ(LeftBehind("(ab) Tj 2 0 0 1 0 0 cm"), 24);
+}
+
+TEST(Boxes, OfTextBeginWhereItsPositionWasLastSet) {
+  EXPECT_EQ(LeftBehind("(ab) Tj 3 0 Td"), 3);
+  EXPECT_EQ(LeftBehind("(ab) Tj 3 -4 TD"), 3);
+  EXPECT_EQ(LeftBehind("(ab) Tj T*"), 0);
+  EXPECT_EQ(LeftBehind("(ab) Tj 1 0 0 1 7 7 Tm"), 7);
+  EXPECT_EQ(LeftBehind("(ab) Tj (c) '"), 6);
+  EXPECT_EQ(LeftBehind("(ab) Tj 0 1 (c) \""), 7);
+  EXPECT_EQ(LeftBehind("(ab) Tj ET BT"), 0);
+}
+
+TEST(Boxes, OfTextGoOnBehindOperatorsThatSetNoPosition) {
+  EXPECT_EQ(LeftBehind("(ab) Tj /X 0 Td"), 12);
+  EXPECT_EQ(LeftBehind("(ab) Tj 1 0 0 1 7 Tm"), 12);
+  EXPECT_EQ(LeftBehind("(ab) Tj 7 '"), 12);
+  EXPECT_EQ(LeftBehind("(ab) Tj (c) \""), 18) << "without its numbers it shows, but on the same line";
+}
+
 }  // namespace
 }  // namespace tgx::host
