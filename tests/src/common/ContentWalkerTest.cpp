@@ -31,6 +31,10 @@ std::string KindName(PDEElement element) {
       return "form";
     case kPDEContainer:
       return "container";
+    case kPDEGroup:
+      return "group";
+    case kPDEContent:
+      return "content";
     default:
       return "other";
   }
@@ -54,7 +58,13 @@ class Listener : public ContentVisitorBase {
     if (onContainer) onContainer(container);
   }
 
+  void VisitGroup(PDEGroup group) override {
+    events.emplace_back("open");
+    if (onGroup) onGroup(group);
+  }
+
   std::vector<std::string> events;
+  std::function<void(PDEGroup)> onGroup;
   std::function<void(PDEElement&)> onElement;
   std::function<void(PDEContent)> onContent;
   std::function<void(PDEContainer)> onContainer;
@@ -259,6 +269,72 @@ TEST_F(ContentWalkerTest, StopsCallingVisitorsForAHandleThatIsNotInTheList) {
   walker.Walk(OpenPage({Marked("P", "<</MCID 0>>", {Text("a")})}));
   EXPECT_THAT(listener.events, ElementsAre("list", "container 0", "open 0", "list", "text 0"))
       << "the element itself is in the list, and is opened";
+}
+
+const PDFEditReadTable& Embedded() { return *test::EmbeddedTables()->pdfEditRead; }
+
+// Tables of a host that has groups, which the embedded one has not: its containers.
+const HostTables* TablesWithGroups() {
+  static PDFEditReadTable read = Embedded();
+  static PDFEditWriteTable write = *test::EmbeddedTables()->pdfEditWrite;
+  static HostTables tables = *test::EmbeddedTables();
+  read.PDEObjectGetType = [](PDEObject object) {
+    const ASInt32 type = Embedded().PDEObjectGetType(object);
+    return type == kPDEContainer ? ASInt32{kPDEGroup} : type;
+  };
+  read.PDEGroupGetContent = Embedded().PDEContainerGetContent;
+  write.PDEGroupSetContent = test::EmbeddedTables()->pdfEditWrite->PDEContainerSetContent;
+  tables.pdfEditRead = &read;
+  tables.pdfEditWrite = &write;
+  return &tables;
+}
+
+TEST_F(ContentWalkerTest, EntersGroupsAndSetsTheirContentBack) {
+  const PDPage page = OpenPage({Marked("P", "", {Text("a"), Marked("P", "", {Image(2, 2)})}), Text("b")});
+  RecordingHost host(TablesWithGroups());
+  const test::HostSession session(host.Tables());
+  walker.Walk(page);
+  EXPECT_THAT(listener.events,
+              ElementsAre("list", "group 0", "open", "list", "text 0", "group 1", "open", "list", "image 0", "text 1"));
+  EXPECT_EQ(host.Count(Operation::PDEGroupSetContent), 2U);
+  EXPECT_EQ(host.Count(Operation::PDEContainerSetContent), 0U);
+}
+
+TEST_F(ContentWalkerTest, LeavesAGroupAloneWhereTheVisitorStopsIt) {
+  listener.onGroup = [this](PDEGroup) { walker.SetStop(true); };
+  const PDPage page = OpenPage({Marked("P", "", {Text("a")}), Text("b")});
+  RecordingHost host(TablesWithGroups());
+  const test::HostSession session(host.Tables());
+  walker.Walk(page);
+  EXPECT_THAT(listener.events, ElementsAre("list", "group 0", "open"));
+  EXPECT_EQ(host.Count(Operation::PDEGroupGetContent), 0U);
+  EXPECT_EQ(host.Count(Operation::PDEGroupSetContent), 0U);
+}
+
+TEST_F(ContentWalkerTest, DoesNotOpenARemovedGroup) {
+  listener.onElement = [this](PDEElement&) { RemoveCurrent(); };
+  const PDPage page = OpenPage({Marked("P", "", {Text("a")})});
+  const test::HostSession session(TablesWithGroups());
+  walker.Walk(page);
+  EXPECT_THAT(listener.events, ElementsAre("list", "group 0"));
+}
+
+// A host in whose lists the content of a container stands in the place of the container.
+TEST_F(ContentWalkerTest, EntersAListThatIsAnElementItself) {
+  static PDFEditReadTable read = Embedded();
+  static HostTables tables = *test::EmbeddedTables();
+  read.PDEContentGetElem = [](PDEContent content, ASInt32 index) {
+    const PDEElement element = Embedded().PDEContentGetElem(content, index);
+    const bool isContainer = Embedded().PDEObjectGetType(element) == kPDEContainer;
+    return isContainer ? Embedded().PDEContainerGetContent(element) : element;
+  };
+  tables.pdfEditRead = &read;
+  const PDPage page = OpenPage({Marked("P", "<</MCID 0>>", {Text("a")}), Text("b")});
+  RecordingHost host(&tables);
+  const test::HostSession session(host.Tables());
+  walker.Walk(page);
+  EXPECT_THAT(listener.events, ElementsAre("list", "content 0", "list", "text 0", "text 1"));
+  EXPECT_EQ(host.Count(Operation::PDEContainerSetContent), 0U);
 }
 
 TEST_F(ContentWalkerTest, KnowsTheMcidOfContainers) {

@@ -18,6 +18,9 @@ class UnicodeTextTest : public test::StructureTest {
  protected:
   // A text in a composite font whose codes are one and two bytes long, and what its ToUnicode map says.
   PDEElement MixedText(const std::string& hexCodes, bool withToUnicode = true) {
+    return TextOf("/F9 12 Tf <" + hexCodes + "> Tj", withToUnicode);
+  }
+  PDEElement TextOf(const std::string& operators, bool withToUnicode = true) {
     doc.Stream("cmap", "<</Type/CMap/CMapName/Mixed/CIDSystemInfo<</Registry(Adobe)/Ordering(Identity)/Supplement 0>>>>",
                "1 begincodespacerange <00><7F> endcodespacerange 1 begincodespacerange <8000><FFFF> endcodespacerange "
                "1 begincidrange <00><7F> 0 endcidrange 1 begincidrange <8000><FFFF> 200 endcidrange");
@@ -31,7 +34,7 @@ class UnicodeTextTest : public test::StructureTest {
     onPage.Resource("Font", "F9",
                     "<</Type/Font/Subtype/Type0/BaseFont/Mixed/Encoding $cmap/DescendantFonts[$descendant]" +
                         std::string(withToUnicode ? "/ToUnicode $unicode>>" : ">>"));
-    onPage.Add(test::Ops("BT /F9 12 Tf <" + hexCodes + "> Tj ET"));
+    onPage.Add(test::Ops("BT " + operators + " ET"));
     return PDEContentGetElem(PDPageAcquirePDEContent(PDDocAcquirePage(Open(), 0), nullptr), 0);
   }
 
@@ -73,6 +76,12 @@ TEST_F(UnicodeTextTest, EndsAtACodeThatStandsForNothing) {
 TEST_F(UnicodeTextTest, EndsAtACodeThatStandsForSeveralCharacters) {
   GetUnicodeText(MixedText("8001800342"), single, utf16, utf32);
   EXPECT_THAT(single, IsEmpty());
+  EXPECT_EQ(Memory(utf16), "00e4");
+}
+
+TEST_F(UnicodeTextTest, EndsAtACharacterWithoutAFont) {
+  GetUnicodeText(TextOf("/F9 12 Tf <418001> Tj /Missing 12 Tf <42> Tj /F9 12 Tf <438001> Tj"), single, utf16, utf32);
+  EXPECT_EQ(single, Bytes("A"));
   EXPECT_EQ(Memory(utf16), "00e4");
 }
 
