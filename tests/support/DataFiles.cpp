@@ -15,7 +15,7 @@ void PrintTo(const DataFile& file, std::ostream* out) { *out << file.name; }
 
 std::vector<DataFile> DataFiles() {
   std::vector<DataFile> files;
-  for (const std::string folder : {"samples", "corpus"}) {
+  for (const std::string folder : {"samples", "corpus", "libreoffice", "links"}) {
     for (const auto& entry : std::filesystem::directory_iterator(DataPath(folder))) {
       if (entry.path().extension() != ".pdf") continue;
       files.push_back({folder + "/" + entry.path().filename().string(), entry.path().string()});

@@ -2,6 +2,7 @@
 // bench/content/sweep.py.
 #include <cmath>
 #include <cstdio>
+#include <set>
 #include <string>
 #include <vector>
 
@@ -29,6 +30,21 @@ struct Picture {
     if (std::sscanf(data.c_str(), "P6 %d %d 255%n", &width, &height, &header) == 2) pixels = data.substr(header + 1U);
   }
 };
+
+/// The words of the first page that stand clear of an area, with their places. One that was joined to what stood there
+/// may be another word afterwards.
+std::multiset<std::string> WordsOutside(const test::Box& area, const std::string& pdf) {
+  constexpr double kNear = 6;  // points
+  std::multiset<std::string> words;
+  for (const test::SeenWord& word : test::WordsSeen(pdf)) {
+    const bool isNear = word.box.right >= area.left - kNear && word.box.left <= area.right + kNear &&
+                        word.box.top >= area.bottom - kNear && word.box.bottom <= area.top + kNear;
+    if (word.page != 1 || isNear) continue;
+    words.insert(word.text + ' ' + std::to_string(std::lround(word.box.left)) + ' ' +
+                 std::to_string(std::lround(word.box.bottom)));
+  }
+  return words;
+}
 
 /// The container in the middle of a list's containers, inner ones not looked at; -1 when there is none.
 ASInt32 MiddleContainer(PDEContent list) {
@@ -68,8 +84,9 @@ TEST_P(RealContent, LooksTheSameAroundAContainerThatIsTakenOut) {
   ReadContent().PDEElementGetBBox(ReadContent().PDEContentGetElem(root, index), &area);
   WriteContent().PDEContentRemoveElem(root, index);
   document_.Commit();
+  const std::string saved = document_.SavedBytes();
   const Picture before(bytes_);
-  const Picture after(document_.SavedBytes());
+  const Picture after(saved);
   ASSERT_EQ(before.pixels.size(), after.pixels.size());
   const double scale = kResolution / 72.0;
   const double left = (FromFixed(area.left) - page.llx) * scale - kMargin;
@@ -84,6 +101,9 @@ TEST_P(RealContent, LooksTheSameAroundAContainerThatIsTakenOut) {
       ASSERT_EQ(before.pixels.compare(at, 3, after.pixels, at, 3), 0) << "pixel " << x << ' ' << y;
     }
   }
+  const test::Box around = {FromFixed(area.left) - page.llx, FromFixed(area.bottom) - page.lly,
+                            FromFixed(area.right) - page.llx, FromFixed(area.top) - page.lly};
+  EXPECT_EQ(WordsOutside(around, saved), WordsOutside(around, bytes_));
 }
 
 INSTANTIATE_TEST_SUITE_P(Files, RealContent, testing::ValuesIn(test::DataFiles()),
