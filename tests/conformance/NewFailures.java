@@ -18,8 +18,9 @@ import org.verapdf.pdfa.validation.profiles.RuleId;
 
 /**
  * Validates documents against PDF/UA-1 before and after their repair. Arguments: the list of what is known, then before, after,
- * before, after, ... Fails when a repaired document breaks a rule that it kept before and this is not known, and when something
- * known does not happen. A line of the list is a document, a rule and the reason, with tabs between them.
+ * before, after, ... Fails when a repaired document breaks a rule that it kept before, or breaks one more often, and this is not
+ * known, when a document cannot be read before its repair and this is not known, and when something known does not happen. A line of
+ * the list is a document, a rule or "unreadable", and the reason, with tabs between them.
  */
 final class NewFailures {
   /** The rules that a document breaks: how often, and the first place where it does. */
@@ -46,11 +47,15 @@ final class NewFailures {
     for (int i = 1; i + 1 < arguments.length; i += 2) {
       Failures after = validate(arguments[i + 1]);
       Failures before = validateDamaged(arguments[i]);
-      if (before == null) System.out.printf("%-64s cannot be read before, %d rules broken after%n", arguments[i], after.counts.size());
-      else compare(arguments[i], before, after);
+      if (before != null) {
+        compare(arguments[i], before, after);
+      } else {
+        System.out.printf("%-64s cannot be read before, %d rules broken after%n", arguments[i], after.counts.size());
+        judge(arguments[i], "unreadable", "", "the validator reads only the repaired document");
+      }
     }
     for (String entry : reasons.keySet()) System.out.println("KNOWN, BUT DOES NOT HAPPEN: " + entry);
-    System.out.printf("%d documents: %d rules broken before, %d after; broken anew: %d known, %d not known%n",
+    System.out.printf("%d documents: %d rules broken before, %d after; worse: %d known, %d not known%n",
         arguments.length / 2, rulesBefore, rulesAfter, known, unexpected);
     return unexpected == 0 && reasons.isEmpty();
   }
@@ -60,17 +65,17 @@ final class NewFailures {
     rulesAfter += after.counts.size();
     System.out.printf("%-64s %2d rules broken before, %2d after%n", file, before.counts.size(), after.counts.size());
     for (Map.Entry<String, Integer> rule : after.counts.entrySet()) {
-      Integer count = before.counts.get(rule.getKey());
-      String times = rule.getKey() + " (" + (count == null ? 0 : count) + " to " + rule.getValue() + " times)";
-      if (count == null) {
-        String reason = reasons.remove(file + " " + rule.getKey());
-        if (reason != null) known++; else unexpected++;
-        System.out.println(reason != null ? "  known " + times + ": " + reason
-                                          : "  NEW " + times + ": " + after.places.get(rule.getKey()));
-      } else if (rule.getValue() > count) {
-        System.out.println("  more often " + times);  // no failure: a text that is made two breaks its rule twice
-      }
+      int count = before.counts.getOrDefault(rule.getKey(), 0);
+      if (rule.getValue() > count)
+        judge(file, rule.getKey(), " (" + count + " to " + rule.getValue() + " times)", after.places.get(rule.getKey()));
     }
+  }
+
+  /** Tells what became worse, with the reason if it is known. */
+  private void judge(String file, String rule, String times, String place) {
+    String reason = reasons.remove(file + " " + rule);
+    if (reason != null) known++; else unexpected++;
+    System.out.println((reason != null ? "  known " : "  NEW ") + rule + times + ": " + (reason != null ? reason : place));
   }
 
   /** Null for a document that is too damaged for the validator. One that was repaired must not be. */
