@@ -3,6 +3,7 @@
 #include <cstring>
 
 #include "src/common/ContentCommands.h"
+#include "src/common/PageReference.h"
 
 namespace tgx {
 namespace {
@@ -25,8 +26,10 @@ CosObj QuadPoints(CosDoc document, const ASFixedRect& rect) {
 void MoveMarkedContent(PDSElement from, PDSElement to, ASInt32 mcid, PDPage linkPage, CosObj cosPage,
                        const ContainersOfMcid& containersOf) {
   const bool isElsewhere = CosObjGetType(cosPage) == CosDict && CosObjEqual(cosPage, PDPageGetCosObj(linkPage)) == 0;
+  const PageReference page(isElsewhere ? PDDocAcquirePage(PDPageGetDoc(linkPage), PDPageNumFromCosObj(cosPage))
+                                       : PDPageAcquire(linkPage));
   MoveTaggedMcCmd command;
-  command.page = isElsewhere ? PDDocAcquirePage(PDPageGetDoc(linkPage), PDPageNumFromCosObj(cosPage)) : linkPage;
+  command.page = page.Get();
   command.source = from;
   command.destination = to;
   command.mcid = mcid;
@@ -36,7 +39,6 @@ void MoveMarkedContent(PDSElement from, PDSElement to, ASInt32 mcid, PDPage link
     command.containers = &containers;
   }
   command.Execute();
-  if (isElsewhere) PDPageRelease(command.page);
 }
 
 }  // namespace

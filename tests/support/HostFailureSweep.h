@@ -1,8 +1,8 @@
 #pragma once
 
 #include <functional>
+#include <set>
 #include <string>
-#include <vector>
 
 #include "tests/support/OpenDocument.h"
 
@@ -12,8 +12,10 @@ struct SweepOptions {
   /// This many first calls are each made to fail; of the later ones `samples`, evenly spread, the last one always.
   std::size_t exhaustive = 1000;
   std::size_t samples = 60;
-  /// Kinds of CountingHost that the operation is meant to leave open when the host fails.
-  std::vector<std::string> mayStayOpen = {};
+  /// Kinds of CountingHost that the operation is meant to leave open when the host fails, beside those that it always leaves
+  /// open.
+  std::set<std::string> mayStayOpen = {};
+  std::set<std::string> staysOpen = {};
   /// The operation handles some host failures by itself, so that a failing call may also give a success or a soft failure.
   bool mayHandleFailures = false;
   /// The operation does not change the document. Any other must, else the calls with which it writes would not be tried.

@@ -101,10 +101,9 @@ void FootnoteRefFix::CollectContent() {
   walker.AddVisitor(this);
   const ASInt32 count = PDDocGetNumPages(GetDocument());
   for (ASInt32 i = 0; i < count; ++i) {
-    const PDPage page = PDDocAcquirePage(GetDocument(), i);
-    currentPage_ = PDPageGetCosObj(page);
-    walker.Walk(page);
-    PDPageRelease(page);
+    const PageReference page(PDDocAcquirePage(GetDocument(), i));
+    currentPage_ = PDPageGetCosObj(page.Get());
+    walker.Walk(page.Get());
   }
   currentPage_ = CosNewNull();
 }
@@ -191,16 +190,17 @@ void FootnoteRefFix::CreateLinks() {
 
 void FootnoteRefFix::CreateLinkPair(FootnotePart& reference, FootnotePart& note, int number) {
   const ASInt32 referencePageNumber = PDPageNumFromCosObj(reference.marks.front().page);
-  const PDPage referencePage = PDDocAcquirePage(GetDocument(), referencePageNumber);
+  const PageReference referencePage(PDDocAcquirePage(GetDocument(), referencePageNumber));
   const ASFixedRect referenceRect = BoundingRect(reference.marks);
   // A note without content is none of the host's pages: the host refuses it.
   const ASInt32 notePageNumber = PDPageNumFromCosObj(note.marks.empty() ? CosNewNull() : note.marks.front().page);
-  const PDPage notePage = PDDocAcquirePage(GetDocument(), notePageNumber);
+  const PageReference notePage(PDDocAcquirePage(GetDocument(), notePageNumber));
   const ASFixedRect noteRect = BoundingRect(note.marks);
   const ASFixedRect backTargetRect = BackTarget(referencePageNumber, referenceRect);
-  CreateLink(reference, referencePage, referenceRect, notePage, noteRect, notePageNumber, "Footnote %d", number);
+  CreateLink(reference, referencePage.Get(), referenceRect, notePage.Get(), noteRect, notePageNumber, "Footnote %d", number);
   // Both destinations name the note's page, the one back too, whose area was measured on the reference's.
-  CreateLink(note, notePage, noteRect, notePage, backTargetRect, notePageNumber, "Footnote reference %d", number);
+  CreateLink(note, notePage.Get(), noteRect, notePage.Get(), backTargetRect, notePageNumber, "Footnote reference %d",
+             number);
 }
 
 ASFixedRect FootnoteRefFix::BackTarget(std::int32_t pageNumber, const ASFixedRect& reference) const {

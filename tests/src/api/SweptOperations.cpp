@@ -269,37 +269,37 @@ std::string ContentsDescription() {
   return "<TOC_Item title='Contents'><TOC_Entry level='1'><TOC_EntryText>one</TOC_EntryText></TOC_Entry></TOC_Item>";
 }
 
-const std::vector<std::string> kPages = {"pages"};
-const std::vector<std::string> kContents = {"contents"};
-const std::vector<std::string> kPagesAndContents = {"pages", "contents"};
+const std::set<std::string> kPages = {"pages"};
+const std::set<std::string> kContents = {"contents"};
+const std::set<std::string> kPagesAndContents = {"pages", "contents"};
 
 // clang-format off
 const SweptOperation kOperations[] = {
-    {"ReshuffleFramesByHolder", 0, 0, WithFrames, nullptr, {.mayStayOpen = kPagesAndContents}},
-    {"DescribeLinks", 1, 0, WithLinks, nullptr, {.mayStayOpen = kPagesAndContents, .mayHandleFailures = true}},
+    {"ReshuffleFramesByHolder", 0, 0, WithFrames, nullptr, {.staysOpen = kPagesAndContents}},
+    {"DescribeLinks", 1, 0, WithLinks, nullptr, {.mayStayOpen = kContents, .staysOpen = kPages, .mayHandleFailures = true}},
     {"NameStyles", 2, 0, WithOwnTypes, StyleNames},
     {"CutText", 3, 0, WithFrames},
     {"SynchroniseForms", 4, 0, WithForm, FilledForm, {.mayStayOpen = {"documents", "paths"}}},
-    {"BuildContents", 5, 0, WithContents, ContentsDescription, {.mayStayOpen = kContents}},
+    {"BuildContents", 5, 0, WithContents, ContentsDescription, {.staysOpen = kContents}},
     {"RemoveEmptyTags", 6, 0, WithEmptyTags},
     {"MarkEmptyTags", 7, 0, WithEmptyTags},
-    {"MoveUserAltTexts", 8, 0, WithLinksAndButtons, nullptr, {.mayStayOpen = kPages}},
+    {"MoveUserAltTexts", 8, 0, WithLinksAndButtons, nullptr, {.staysOpen = kPages}},
     {"RetagLayoutTables", 9, 0, WithTableMetadata, KindsOfTables},
-    {"LinkFootnotes", 10, 0, WithFootnotes, nullptr, {.mayStayOpen = kPagesAndContents}},
-    {"RemoveFrameMarkers", 11, 0, WithTextFrameMarks, nullptr, {.mayStayOpen = kContents}},
+    {"LinkFootnotes", 10, 0, WithFootnotes, nullptr, {.staysOpen = kContents}},
+    {"RemoveFrameMarkers", 11, 0, WithTextFrameMarks, nullptr, {.staysOpen = kContents}},
     {"ApplyTableMetadata", 12, 0, WithTableMetadata},
-    {"RemoveDummyImages", 13, 0, WithDummyImages, nullptr, {.mayStayOpen = kPagesAndContents}},
-    {"ReshuffleFrames", 14, 0, WithAnchoredFrames, nullptr, {.mayStayOpen = kPagesAndContents}},
+    {"RemoveDummyImages", 13, 0, WithDummyImages, nullptr, {.staysOpen = kPagesAndContents}},
+    {"ReshuffleFrames", 14, 0, WithAnchoredFrames, nullptr, {.staysOpen = kPagesAndContents}},
     {"MakeNotesOfEndNotes", 15, 0, WithOwnTypes},
     {"FixGroupTags", 16, 0, WithOwnTypes},
-    {"ExtractMathML", 17, 0, WithFormulas, nullptr, {.mayStayOpen = kPagesAndContents}},
+    {"ExtractMathML", 17, 0, WithFormulas, nullptr, {.staysOpen = kPagesAndContents}},
     {"DoNothing", 18, 0, WithOwnTypes, nullptr, {.changesNothing = true}},
-    {"RemoveDoubleBullets", -1, 0x1, WithDoubleBullets, nullptr, {.mayStayOpen = kPagesAndContents}},
+    {"RemoveDoubleBullets", -1, 0x1, WithDoubleBullets, nullptr, {.staysOpen = kPagesAndContents}},
     {"RemoveExtraParagraphs", -1, 0x2, WithExtraParagraphs},
-    {"FindMainLanguage", -1, 0x4, WithLanguages, nullptr, {.mayStayOpen = kPagesAndContents}},
-    {"WriteLanguagesAsTags", -1, 0x10, WithLanguages, nullptr, {.mayStayOpen = kPagesAndContents}},
+    {"FindMainLanguage", -1, 0x4, WithLanguages, nullptr, {.staysOpen = kPagesAndContents}},
+    {"WriteLanguagesAsTags", -1, 0x10, WithLanguages, nullptr, {.staysOpen = kPagesAndContents}},
     {"WriteLanguagesInBrackets", -1, 0x20, WithLanguages, nullptr,
-     {.mayStayOpen = kPagesAndContents, .changesNothing = true}},
+     {.staysOpen = kPagesAndContents, .changesNothing = true}},
     {"DropRepeatedHeads", -1, 0x40, WithRepeatedHeads},
     {"DissolveLayoutTables", -1, 0x80, WithLayoutTables},
     {"MakeStampsOfButtons", -1, 0x100, WithLinksAndButtons},

@@ -4,7 +4,6 @@
 #include <ostream>
 #include <span>
 #include <string>
-#include <vector>
 
 #include "tests/support/HostFailureSweep.h"
 
