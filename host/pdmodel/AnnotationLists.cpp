@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <string>
+#include <utility>
 
 #include "host/core/Atoms.h"
 #include "host/core/HostError.h"
@@ -65,12 +66,14 @@ bool AnnotationLists::IsShared(const QPDFObjectHandle& array) {
   return known != pagesOfArray_.end() && known->second > 1;
 }
 
-/// The page's array, made if there is none, and no other page's.
+/// The page's array, made if there is none, and no other page's. The copy of an indirect array is indirect: clients may give
+/// it to other pages in their turn.
 QPDFObjectHandle AnnotationLists::OwnArray(const QPDFObjectHandle& page) {
   QPDFObjectHandle array = QPDFObjectHandle(page).getKey("/Annots");
   const bool isArray = array.isArray();
   if (isArray && !IsShared(array)) return array;
   auto own = isArray ? QPDFObjectHandle::newArray(array.getArrayAsVector()) : QPDFObjectHandle::newArray();
+  if (isArray && array.isIndirect()) own = document_.Pdf().makeIndirectObject(own);
   auto counts = std::move(pagesOfArray_);  // SetEntry tells us, and we would count all pages anew
   if (isArray) --counts[array.getObjectPtr()];
   SetEntry(document_, page, "Annots", own);
@@ -108,9 +111,14 @@ void AnnotationLists::Insert(const QPDFObjectHandle& page, ASInt32 addAfter, QPD
 
 void AnnotationLists::Remove(const QPDFObjectHandle& page, ASInt32 index) {
   const int place = PlaceOf(page, index);
-  QPDFObjectHandle array = OwnArray(page);
-  array.eraseItem(place);
-  document_.AfterCosEdit(array, {});
+  List list = std::exchange(last_, {});
+  list.array = OwnArray(page);
+  list.array.eraseItem(place);
+  document_.AfterCosEdit(list.array, {});
+  // The list stays true: removing many annotations one by one is not to look through all each time.
+  const auto behind = list.places.erase(list.places.begin() + index);
+  std::for_each(behind, list.places.end(), [](int& other) { --other; });
+  last_ = std::move(list);
 }
 
 void AnnotationLists::AfterCosEdit(const QPDFObjectHandle& container, std::string_view key) {

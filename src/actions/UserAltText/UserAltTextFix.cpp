@@ -1,6 +1,7 @@
 #include "src/actions/UserAltText/UserAltTextFix.h"
 
 #include "src/api/HostException.h"
+#include "src/common/AnnotationArrays.h"
 #include "src/common/HostTexts.h"
 
 namespace tgx {
@@ -41,6 +42,16 @@ bool HasEmptyUri(PDAnnot annotation) {
   ASTArraySize count = 0;
   CosStringValue(uri, &count);
   return count == 0;
+}
+
+/// Annotations go from the last to the first, so that few others have to move up.
+void PurgePage(PDPage page) {
+  std::vector<ASInt32> empty;
+  const ASInt32 count = PDPageGetNumAnnots(page);
+  for (ASInt32 i = 0; i < count; ++i) {
+    if (HasEmptyUri(PDPageGetAnnot(page, i))) empty.push_back(i);
+  }
+  for (auto i = empty.rbegin(); i != empty.rend(); ++i) PDPageRemoveAnnot(page, *i);
 }
 
 }  // namespace
@@ -99,21 +110,15 @@ void UserAltTextFix::MoveText(TagStructureNode& link, const LinkUri& uri) {
   PDSElementRemoveKid(grandparentObject, parentObject);
 }
 
+/// The pages stay acquired: the host has always been left their references here.
 void UserAltTextFix::PurgePages() {
   const ASInt32 pages = PDDocGetNumPages(GetDocument());
+  AnnotationArrays arrays;
   for (ASInt32 p = 0; p < pages; ++p) {
     const PDPage page = PDDocAcquirePage(GetDocument(), p);
-    ASInt32 count = PDPageGetNumAnnots(page);
-    for (ASInt32 i = 0; i < count;) {
-      if (HasEmptyUri(PDPageGetAnnot(page, i))) {
-        // The annotation behind it now has its index; those before it were found to stay.
-        PDPageRemoveAnnot(page, i);
-        count = PDPageGetNumAnnots(page);
-      } else {
-        ++i;
-      }
-    }
+    if (arrays.IsNew(page)) PurgePage(page);
   }
+  arrays.ShareWhatIsLeft();
 }
 
 }  // namespace tgx

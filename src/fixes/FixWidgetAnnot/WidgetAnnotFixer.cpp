@@ -2,6 +2,7 @@
 
 #include "src/api/HostException.h"
 #include "src/api/StructureError.h"
+#include "src/common/AnnotationArrays.h"
 #include "src/common/PageReference.h"
 
 namespace tgx {
@@ -37,9 +38,10 @@ bool WidgetAnnotFixer::FixPages() {
     return false;
   }
   const ASInt32 count = PDDocGetNumPages(document_);
+  AnnotationArrays arrays;
   for (ASInt32 i = 0; i < count; ++i) {
     const PageReference page(PDDocAcquirePage(document_, i));
-    FixAnnotations(page.Get());
+    if (arrays.IsNew(page.Get())) FixAnnotations(page.Get());
   }
   return true;
 }

@@ -154,6 +154,28 @@ TEST(AnnotationLists, OfTwoPagesWithOneArrayChangeApart) {
   EXPECT_EQ(Subtypes(second), "A X B ");
 }
 
+TEST(AnnotationLists, OfTwoPagesWithOneArrayBecomeArraysThatCanBeShared) {
+  HostDocument document = WithPages({"/Annots 20 0 R", "/Annots 20 0 R"}, "20 0 obj\n[<< /Subtype /A >>]\nendobj\n");
+  const PDPage page = PageOf(document, 0);
+  Model().PDPageRemoveAnnot(page, 0);
+  const CosObj array = Cos().CosDictGetKeyString(Model().PDPageGetCosObj(page), "Annots");
+  EXPECT_NE(array, document.Object(20));
+  EXPECT_EQ(Cos().CosObjIsIndirect(array), 1);
+}
+
+TEST(AnnotationLists, StayTrueThroughManyRemovals) {
+  HostDocument document =
+      WithPages({"/Annots [7 << /Subtype /A >> null << /Subtype /B >> << /Subtype /C >> (x) << /Subtype /D >>]"});
+  const PDPage page = PageOf(document, 0);
+  Model().PDPageRemoveAnnot(page, 1);
+  EXPECT_EQ(Subtypes(page), "A C D ");
+  Model().PDPageRemoveAnnot(page, 1);
+  Model().PDPageRemoveAnnot(page, 1);
+  EXPECT_EQ(Subtypes(page), "A ");
+  Model().PDPageAddNewAnnot(page, 0, Intern("X"), &kRect);
+  EXPECT_EQ(Subtypes(page), "A X ");
+}
+
 TEST(AnnotationLists, OfAPageThatStandsTwiceInTheTreeChangeApart) {
   HostDocument document = HostDocument::FromObjects(
       "<< /Type /Catalog /Pages 2 0 R >>\nendobj\n2 0 obj\n<< /Type /Pages /Count 2 /Kids [10 0 R 10 0 R] >>\nendobj\n"

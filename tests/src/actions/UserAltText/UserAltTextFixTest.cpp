@@ -1,5 +1,8 @@
 #include <gtest/gtest.h>
 
+#include <cstdio>
+
+#include "tests/support/Hosts.h"
 #include "tests/support/OpenDocument.h"
 #include "tests/support/TestDocument.h"
 #include "tests/support/TreeText.h"
@@ -41,6 +44,16 @@ class UserAltText : public testing::Test {
       uris.push_back(annotation.getKey("/A").getKey("/URI").getStringValue());
     }
     return uris;
+  }
+
+  static std::string TwoByteHex(const std::string& text) {
+    std::string hex;
+    for (const char c : text) {
+      char digits[5];
+      std::snprintf(digits, sizeof digits, "%04X", static_cast<unsigned>(c));
+      hex += digits;
+    }
+    return hex;
   }
 
   using Strings = std::vector<std::string>;
@@ -125,6 +138,78 @@ TEST_F(UserAltText, RemovesLinksThatWereEmptyBefore) {
   Link("");
   Repair({Element("P")});
   EXPECT_EQ(Uris(), Strings{"https://example.org/"});
+}
+
+TEST_F(UserAltText, GoesOnceOverAnArrayThatManyPagesHave) {
+  document_.Object("empty", "<</Type/Annot/Subtype/Link/Rect[0 0 1 1]/A<</S/URI/URI()>>>>");
+  document_.Object("full", "<</Type/Annot/Subtype/Link/Rect[0 0 1 1]/A<</S/URI/URI(x)>>>>");
+  document_.Object("shared", "[$empty $full $empty $full]").Object("untouched", "[$full]");
+  for (int i = 0; i < 2; ++i) document_.AddPage().Set("Annots", "$untouched");
+  for (int i = 0; i < 3; ++i) document_.AddPage().Set("Annots", "$shared");
+  OpenDocument open(document_.Write());
+  test::RecordingHost host;
+  const test::HostSession session(host.Tables());
+  EXPECT_EQ(open.Action(kUserAltText), test::kSuccess);
+  EXPECT_EQ(host.Count(test::Operation::PDPageGetAnnot), 1U + 4U);
+  test::ReadBack file(open.Save());
+  for (int page = 4; page <= 6; ++page) EXPECT_EQ(file.Page(page).getKey("/Annots").getArrayNItems(), 2) << page;
+  EXPECT_EQ(file.Page(4).getKey("/Annots").getObjGen(), file.Page(6).getKey("/Annots").getObjGen());
+}
+
+TEST_F(UserAltText, LeavesThePagesToTheHost) {
+  document_.AddPage();
+  OpenDocument open(document_.Write());
+  test::CountingHost host;
+  const test::HostSession session(host.Tables());
+  EXPECT_EQ(open.Action(kUserAltText), test::kSuccess);
+  EXPECT_EQ(host.Open("pages"), 2) << "the pass over the annotations releases none";
+}
+
+TEST_F(UserAltText, WorksByTheTreeThatItFound) {
+  Element inner("Link");
+  inner.Add(Element("Figure")).Object(Link(std::string("?id_useralttext=") + kPayload));
+  const std::string target = "https://example.org/";
+  Repair({Element("Sect")({Element("Link")({inner}).Object(Link(target + "?id_useralttext=AEI="))})});
+  EXPECT_EQ(Tree(), "Sect\n  Link\n    Figure alt=u\"A cat\"\n    objr Link page 1\n")
+      << "the outer text goes to the inner link, which is no longer there";
+  EXPECT_EQ(Uris(), Strings{target});
+}
+
+TEST_F(UserAltText, EndsWithTheHostsRaiseWhereTheElementBesideALinkIsGone) {
+  Element inner("Link");
+  inner.Add(Element("Figure")).Object(Link(std::string("?id_useralttext=") + kPayload));
+  document_.Tree({Element("Sect")({Element("Link")({inner}).Object(Link("?id_useralttext=AEI="))})});
+  OpenDocument open(document_.Write());
+  EXPECT_EQ(open.Action(kUserAltText).result, TGX_FAILED);
+  EXPECT_EQ(test::TreeText(open.Save()), "Sect\n  Link\n    Figure alt=u\"A cat\"\n    objr Link page 1\n");
+}
+
+TEST_F(UserAltText, DissolvesLinksSideBySide) {
+  const auto link = [&](const char* type) {
+    return Element("Link")({Element(type)}).Object(Link(std::string("?id_useralttext=") + kPayload));
+  };
+  Repair({Element("Sect")({link("Figure"), Element("P"), link("Formula"), link("Form")})});
+  EXPECT_EQ(Tree(), "Sect\n  Figure alt=u\"A cat\"\n  P\n  Formula alt=u\"A cat\"\n  Form alt=u\"A cat\"\n");
+}
+
+TEST_F(UserAltText, SkipsBytesThatAreNotInTheAlphabet) {
+  Repair({Element("Sect")({Element("Link")({Element("Figure")}).Object(Link("x?id_useralttext=A-EE_=\nA.Qg"))})});
+  EXPECT_EQ(Tree(), "Sect\n  Link\n    Figure alt=u\"AB\"\n    objr Link page 1\n");
+}
+
+TEST_F(UserAltText, ReadsAUriOfTwoBytesACharacter) {
+  Annotation link = page_.Annotate("Link");
+  link.Set("A", "<</S/URI/URI<" + TwoByteHex("y?id_useralttext=AEE=") + ">>>");
+  Repair({Element("Sect")({Element("Link")({Element("Figure")}).Object(link)})});
+  EXPECT_EQ(Tree(), "Sect\n  Link\n    Figure alt=u\"A\"\n    objr Link page 1\n");
+  EXPECT_EQ(Uris(), Strings{"y"});
+}
+
+TEST_F(UserAltText, TakesNoAnnotationWithoutAType) {
+  Annotation link = Link(std::string("x?id_useralttext=") + kPayload);
+  link.Set("Type", "null");
+  Repair({Element("Sect")({Element("Link")({Element("Figure")}).Object(link)})});
+  EXPECT_EQ(Uris(), Strings{std::string("x?id_useralttext=") + kPayload});
 }
 
 TEST_F(UserAltText, KeepsLinksWithoutAUri) {
