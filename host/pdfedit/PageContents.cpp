@@ -4,6 +4,7 @@
 
 #include "host/core/HostError.h"
 #include "host/pdfedit/Handles.h"
+#include "host/pdfedit/writing/Deflater.h"
 #include "host/pdmodel/Document.h"
 #include "host/pdmodel/PageList.h"
 
@@ -60,10 +61,18 @@ void PageContents::WriteCommitted() {
     if (PageModel* page = Find(failed_.back())) page->Commit();
     failed_.pop_back();
   }
-  while (!waiting_.empty()) {
-    if (PageModel* page = Find(waiting_.back())) page->Write();
-    waiting_.pop_back();
+  Deflater deflater;
+  std::vector<PageModel*> pages;
+  for (const ASInt32 pageIndex : waiting_) {
+    PageModel* page = Find(pageIndex);
+    if (page == nullptr || !page->IsWaiting()) continue;
+    deflater.Add(page->NewContent());
+    pages.push_back(page);
   }
+  const std::vector<std::shared_ptr<Buffer>> deflated = deflater.Finish();
+  // Streams get their numbers in the order in which they are put.
+  for (std::size_t i = pages.size(); i-- > 0;) pages[i]->Put(deflated[i]);
+  waiting_.clear();
 }
 
 void PageContents::BeforeCosRead(const QPDFObjectHandle& container, std::string_view key) {

@@ -156,8 +156,8 @@ std::size_t PageModel::RunCount(std::uint32_t text) {
   if (original_.text == text || textEdits_.count(text) != 0) return Layout(text).Runs().size();
   std::size_t count = 0;
   const Element& element = At(text);
-  ContentReader reader(std::string_view(bytes_).substr(0, element.end), element.begin);
-  while (reader.Next()) {
+  ContentReader reader(bytes_, element.begin);
+  while (reader.NextUpTo(element.end)) {
     if (!IsShow(reader.Code())) continue;
     ForEachShown(
         reader, [&](const Token&) { ++count; }, [](double, const Token&) {});
@@ -204,12 +204,13 @@ Properties* PageModel::PropertiesOf(std::uint32_t container) {
   if (element.dictionary == kNone) {
     ContentReader reader(bytes_, element.begin);
     const bool isRead = reader.Next() && reader.Has(1);
-    auto dictionary = isRead ? ParseProperties(contents_.InDocument(), reader.Operand(0, 1).In(bytes_)) : std::nullopt;
+    const std::string_view text = isRead ? reader.Operand(0, 1).In(bytes_) : std::string_view();
+    const auto dictionary = isRead ? ParseProperties(contents_.InDocument(), text) : std::nullopt;
     if (!dictionary) {
       element.flags |= Element::kWithoutDictionary;
       return nullptr;
     }
-    properties_.push_back({*dictionary, container, false, HoldsContainers(*dictionary)});
+    properties_.push_back({*dictionary, container, false, MayHoldContainers(text)});
     element.dictionary = static_cast<std::uint32_t>(properties_.size() - 1);
     if (!detached_) contents_.Watch(*dictionary, pageIndex_, element.dictionary);
   }

@@ -13,6 +13,7 @@
 #include <vector>
 
 #include <tgx/host.h>
+#include <qpdf/Buffer.hh>
 #include <qpdf/QPDFObjectHandle.hh>
 
 #include "host/pdfedit/ImageData.h"
@@ -127,6 +128,9 @@ class PageModel {
   bool IsWaiting() const { return waiting_; }
   /// Puts the committed content into the document.
   void Write();
+  /// The same in two steps, for many pages at once: the content, and putting it there, deflated.
+  std::string NewContent();
+  void Put(std::shared_ptr<Buffer> deflated);
   /// Puts the content into the document as its operators alone, a line each, edited or not: a check of the reader.
   void WriteOperators();
 
@@ -156,7 +160,7 @@ class PageModel {
   void NoteRemoval(std::uint32_t root);
   void NoteShortening(std::uint32_t text);
   std::uint32_t EndOf(std::uint32_t list);
-  void PutContent(const std::string& content);
+  void PutStream(std::shared_ptr<Buffer> deflated);
 
   PageContents& contents_;
   ASInt32 pageIndex_;

@@ -1,7 +1,10 @@
 #include "host/pdfedit/model/Properties.h"
 
+#include <algorithm>
+#include <cstdlib>
 #include <exception>
 #include <limits>
+#include <map>
 #include <new>
 
 #include "host/cos/NameSpelling.h"
@@ -29,9 +32,51 @@ bool HoldsReference(const QPDFObjectHandle& object, int depth) {
   return false;
 }
 
+bool IsInteger(std::string_view number) {
+  constexpr std::size_t kSafeDigits = 18;
+  if (number.front() == '+' || number.front() == '-') number.remove_prefix(1);
+  return !number.empty() && number.size() <= kSafeDigits &&
+         std::all_of(number.begin(), number.end(), [](char c) { return c >= '0' && c <= '9'; });
+}
+
+/// A value that reads the same to everybody; nothing for one that had better be qpdf's to read.
+std::optional<QPDFObjectHandle> PlainValue(const Token& value, std::string_view text) {
+  const std::string_view token = value.In(text);
+  if (value.kind == Token::Kind::kNumber && IsInteger(token)) {
+    return QPDFObjectHandle::newInteger(std::strtoll(std::string(token).c_str(), nullptr, 10));
+  }
+  if (value.kind == Token::Kind::kName && token.size() > 1 && token.find('#') == std::string_view::npos) {
+    return QPDFObjectHandle::newName(std::string(token));
+  }
+  const bool isClosed = std::count(token.begin(), token.end(), '(') == std::count(token.begin(), token.end(), ')');
+  if (value.kind == Token::Kind::kString && isClosed && token.find_first_of("\\\r") == std::string_view::npos) {
+    return QPDFObjectHandle::newString(std::string(token.substr(1, token.size() - 2)));
+  }
+  return std::nullopt;
+}
+
+/// A dictionary of plain values, which nearly all are that stand in content. Reading them with qpdf would take longer than
+/// all the rest of the content.
+std::optional<QPDFObjectHandle> ParsePlain(std::string_view text) {
+  if (!text.starts_with("<<") || !text.ends_with(">>")) return std::nullopt;
+  const std::string_view entries = text.substr(0, text.size() - 2);
+  std::map<std::string, QPDFObjectHandle> values;
+  for (std::size_t at = 2;;) {
+    const Token key = NextToken(entries, at);
+    if (key.kind == Token::Kind::kEnd) return QPDFObjectHandle::newDictionary(values);
+    const Token value = NextToken(entries, key.end);
+    const std::string_view name = key.In(entries);
+    if (key.kind != Token::Kind::kName || name.size() < 2 || name.find('#') != std::string_view::npos) return std::nullopt;
+    std::optional<QPDFObjectHandle> plain = PlainValue(value, entries);
+    if (!plain || !values.emplace(name, std::move(*plain)).second) return std::nullopt;
+    at = value.end;
+  }
+}
+
 }  // namespace
 
 std::optional<QPDFObjectHandle> ParseProperties(Document& document, std::string_view text) {
+  if (auto plain = ParsePlain(text)) return plain;
   try {
     QPDFObjectHandle dictionary = QPDFObjectHandle::parse(&document.Pdf(), std::string(text), "marked-content properties");
     if (!dictionary.isDictionary() || dictionary.isIndirect()) return std::nullopt;
@@ -72,6 +117,10 @@ bool HoldsContainers(QPDFObjectHandle dictionary) {
     if (!value.isIndirect() && (value.isArray() || value.isDictionary())) return true;
   }
   return false;
+}
+
+bool MayHoldContainers(std::string_view text) {
+  return text.find('[') != std::string_view::npos || text.find("<<", 2) != std::string_view::npos;
 }
 
 bool HoldsReference(QPDFObjectHandle object) { return HoldsReference(object, 0); }

@@ -17,7 +17,7 @@ struct Properties {
   QPDFObjectHandle dictionary;
   std::uint32_t container;  ///< of an inline one
   bool isEdited = false;    ///< since the last commit
-  bool isNested = false;    ///< holds arrays or dictionaries, whose edits do not tell where they stand
+  bool isNested = false;    ///< may hold arrays or dictionaries, whose edits do not tell where they stand
 };
 
 /// The dictionary of an inline operand as a direct object of the document; nothing when it cannot be understood.
@@ -30,6 +30,8 @@ std::int32_t McidOf(QPDFObjectHandle dictionary);
 std::int32_t McidOf(std::string_view dictionaryText);
 
 bool HoldsContainers(QPDFObjectHandle dictionary);
+/// The same from the text of an inline dictionary; also true for one with their brackets in a string.
+bool MayHoldContainers(std::string_view text);
 
 /// Whether a reference stands anywhere in a direct object.
 bool HoldsReference(QPDFObjectHandle object);

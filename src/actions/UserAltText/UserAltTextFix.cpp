@@ -16,7 +16,8 @@ bool IsNamed(CosObj dictionary, const char* key, const char* name) {
 }
 
 bool IsLinkAnnotation(CosObj object) {
-  return CosObjGetType(object) == CosDict && IsNamed(object, "Type", "Annot") && IsNamed(object, "Subtype", "Link");
+  // Elements, of which there are many, have no subtype.
+  return CosObjGetType(object) == CosDict && IsNamed(object, "Subtype", "Link") && IsNamed(object, "Type", "Annot");
 }
 
 /// The bytes of the URI of a link's action; none when its action is not to open one. The types of "S" and "URI" are the

@@ -19,11 +19,6 @@ constexpr char kSourceFile[] = "fixes/RemoveDoubleBullet/DoubleBulletsRemover";
 /// How many records, from the first of the document on, each record is compared with.
 constexpr std::size_t kReach = 10;
 
-PDSElement ParentOf(const PDSElement& element) {
-  PDSElement copy = element;
-  return GetParent(copy);
-}
-
 }  // namespace
 
 bool CDoubleBulletsRemover::Run(PDDoc document) {
@@ -51,7 +46,7 @@ void CDoubleBulletsRemover::VisitKid(PDSElement& element, const CosObj& kid, ASA
   const PDEContainer container = containers_.Find(page, mcInfo.mcid);
   if (container == nullptr) return;
   const Texts none = {&noText_, &noText_};
-  records_.push_back(std::make_unique<MarkedContentRecord>(MarkedContentRecord{mcInfo, element, kid, container, none}));
+  records_.push_back(std::make_unique<MarkedContentRecord>(MarkedContentRecord{mcInfo, element, kid, container, none, {}}));
 }
 
 /// Texts matter only where two records can be a pair, which takes one parent of two kids, and where one of them is within
@@ -59,12 +54,12 @@ void CDoubleBulletsRemover::VisitKid(PDSElement& element, const CosObj& kid, ASA
 void CDoubleBulletsRemover::ReadTexts() {
   std::set<std::pair<ASUns32, ASUns32>> parentsWithinReach;
   for (std::size_t i = 0; i < std::min(kReach, records_.size()); ++i) {
-    const PDSElement parent = ParentOf(records_[i]->element);
-    if (CosObjGetType(parent) == CosNull || PDSElementGetNumKids(parent) != 2) continue;
-    parentsWithinReach.emplace(parent.a, parent.b);
+    const Parent& parent = ParentOf(*records_[i]);
+    if (parent.isNone || PDSElementGetNumKids(parent.element) != 2) continue;
+    parentsWithinReach.emplace(parent.element.a, parent.element.b);
   }
   for (const auto& record : records_) {
-    const PDSElement parent = ParentOf(record->element);
+    const PDSElement& parent = ParentOf(*record).element;
     if (parentsWithinReach.count({parent.a, parent.b}) == 0) continue;
     record->texts = TextsOf(record->container);
   }
@@ -85,11 +80,11 @@ CDoubleBulletsRemover::Texts CDoubleBulletsRemover::TextsOf(PDEContainer contain
 void CDoubleBulletsRemover::CompareRecords() {
   const std::size_t count = records_.size();
   for (std::size_t i = 0; i < count; ++i) {
-    const MarkedContentRecord& a = *records_[i];
+    MarkedContentRecord& a = *records_[i];
     // The second record is counted from the first of the document, not from `i`: pairs further down are out of reach.
     const std::size_t reach = std::min(count - i, kReach);
     for (std::size_t j = 0; j < reach; ++j) {
-      const MarkedContentRecord& b = *records_[j];
+      MarkedContentRecord& b = *records_[j];
       if (!ArePair(a, b)) continue;
       if (IsCopyOf(a.texts, b.texts)) Delete(a);
       if (IsCopyOf(b.texts, a.texts)) Delete(b);
@@ -101,14 +96,21 @@ bool CDoubleBulletsRemover::IsCopyOf(const Texts& hidden, const Texts& shown) {
   return !hidden.actual->empty() && shown.actual->empty() && hidden.actual == shown.utf16;
 }
 
-bool CDoubleBulletsRemover::ArePair(const MarkedContentRecord& a, const MarkedContentRecord& b) const {
-  PDSElement parent;
-  ASBool isRoot = 0;
-  PDSElementGetParent(a.element, &parent, &isRoot);
-  if (isRoot == 1 || CosObjGetType(parent) == CosNull) return false;
-  if (CosObjEqual(parent, ParentOf(b.element)) == 0) return false;
-  return HasRole(a.element, "Span") && HasRole(b.element, "Span") && HasRole(parent, "Lbl") &&
-         PDSElementGetNumKids(parent) == 2;
+const CDoubleBulletsRemover::Parent& CDoubleBulletsRemover::ParentOf(MarkedContentRecord& record) const {
+  if (!record.parent || record.parent->deletions != deletions_) {
+    PDSElement parent;
+    ASBool isRoot = 0;
+    PDSElementGetParent(record.element, &parent, &isRoot);
+    record.parent = {parent, isRoot == 1 || CosObjGetType(parent) == CosNull, deletions_};
+  }
+  return *record.parent;
+}
+
+bool CDoubleBulletsRemover::ArePair(MarkedContentRecord& a, MarkedContentRecord& b) const {
+  const Parent& parent = ParentOf(a);
+  if (parent.isNone || CosObjEqual(parent.element, ParentOf(b).element) == 0) return false;
+  return HasRole(a.element, "Span") && HasRole(b.element, "Span") && HasRole(parent.element, "Lbl") &&
+         PDSElementGetNumKids(parent.element) == 2;
 }
 
 bool CDoubleBulletsRemover::HasRole(const PDSElement& element, const char* role) const {
@@ -116,7 +118,9 @@ bool CDoubleBulletsRemover::HasRole(const PDSElement& element, const char* role)
 }
 
 void CDoubleBulletsRemover::Delete(const MarkedContentRecord& record) {
-  const PDSElement parent = ParentOf(record.element);
+  PDSElement element = record.element;
+  const PDSElement parent = GetParent(element);
+  ++deletions_;
   if (const PDPage page = AcquirePageOfCosPage(record.mcInfo.page))
     CContentEraser().Erase(document_, page, record.mcInfo.mcid);
   PDSElementRemoveKid(parent, record.element);

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <memory>
+#include <optional>
 #include <set>
 #include <unordered_map>
 #include <vector>
@@ -30,6 +31,12 @@ class CDoubleBulletsRemover {
     const ByteVector* actual;
     const ByteVector* utf16;
   };
+  /// What the host says of an element's parent.
+  struct Parent {
+    PDSElement element;
+    bool isNone;            ///< the tree root, or nothing
+    std::size_t deletions;  ///< that had been made then
+  };
   /// A piece of marked content in the tree.
   struct MarkedContentRecord {
     PDSMCInfo mcInfo;
@@ -37,6 +44,7 @@ class CDoubleBulletsRemover {
     CosObj kid;
     PDEContainer container;
     Texts texts;
+    std::optional<Parent> parent;
   };
 
   void ReadTexts();
@@ -46,12 +54,15 @@ class CDoubleBulletsRemover {
   /// Whether the first has the text that the second shows, and the second has none of its own. Bytes count: another byte
   /// order is another text.
   static bool IsCopyOf(const Texts& hidden, const Texts& shown);
-  bool ArePair(const MarkedContentRecord& a, const MarkedContentRecord& b) const;
+  /// Asked anew only after a deletion: each record is compared with ten.
+  const Parent& ParentOf(MarkedContentRecord& record) const;
+  bool ArePair(MarkedContentRecord& a, MarkedContentRecord& b) const;
   bool HasRole(const PDSElement& element, const char* role) const;
   void Delete(const MarkedContentRecord& record);
 
   PDDoc document_ = nullptr;
   std::vector<std::unique_ptr<MarkedContentRecord>> records_;  ///< in tree order
+  std::size_t deletions_ = 0;
   ContainerIndex containers_;
   const ByteVector noText_{};
   std::set<ByteVector> distinctTexts_;
