@@ -1,6 +1,7 @@
 #include "host/pdfedit/PageContents.h"
 
 #include <algorithm>
+#include <unordered_set>
 
 #include "host/core/HostError.h"
 #include "host/pdfedit/Handles.h"
@@ -63,15 +64,15 @@ void PageContents::WriteCommitted() {
   }
   Deflater deflater;
   std::vector<PageModel*> pages;
-  for (const ASInt32 pageIndex : waiting_) {
-    PageModel* page = Find(pageIndex);
-    if (page == nullptr || !page->IsWaiting()) continue;
+  std::unordered_set<const PageModel*> seen;  // a page waits once for each of its commits
+  for (auto pageIndex = waiting_.rbegin(); pageIndex != waiting_.rend(); ++pageIndex) {
+    PageModel* page = Find(*pageIndex);
+    if (page == nullptr || !page->IsWaiting() || !seen.insert(page).second) continue;
     deflater.Add(page->NewContent());
     pages.push_back(page);
   }
   const std::vector<std::shared_ptr<Buffer>> deflated = deflater.Finish();
-  // Streams get their numbers in the order in which they are put.
-  for (std::size_t i = pages.size(); i-- > 0;) pages[i]->Put(deflated[i]);
+  for (std::size_t i = 0; i < pages.size(); ++i) pages[i]->Put(deflated[i]);
   waiting_.clear();
 }
 
