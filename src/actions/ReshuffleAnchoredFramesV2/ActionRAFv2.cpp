@@ -40,7 +40,8 @@ std::vector<PDSElement> ElementsBetween(const Frame& frame, KidFinder& places) {
   for (int index = start + 1; index < end; ++index) {
     CosObj kid = CosNewNull();
     const ASAtom type = PDSElementGetKid(parent, index, &kid, nullptr, nullptr);
-    if (type == ASAtomFromString("StructElem")) elements.push_back(kid);
+    // The start may stand in two places.
+    if (type == ASAtomFromString("StructElem") && !AreEqual(kid, frame.start)) elements.push_back(kid);
   }
   return elements;
 }
@@ -50,18 +51,28 @@ std::vector<PDSElement> ElementsBetween(const Frame& frame, KidFinder& places) {
 // and a later one those from that index on first and then the ones before it backwards, which is meant to stay so. What is
 // no element cannot be moved: it stays in the "Story", and the "Story" in the frame.
 void AppendStory(PDSElement story, std::size_t place, KidFinder& places, std::vector<PDSElement>& elements) {
-  std::vector<PDSElement> kids;
+  struct Kid {
+    CosObj object;
+    bool isElement;
+  };
+  std::vector<Kid> kids;
   const ASInt32 count = PDSElementGetNumKids(story);
   for (ASInt32 index = 0; index < count; ++index) {
     CosObj kid = CosNewNull();
-    if (PDSElementGetKid(story, index, &kid, nullptr, nullptr) == ASAtomFromString("StructElem")) kids.push_back(kid);
+    const ASAtom type = PDSElementGetKid(story, index, &kid, nullptr, nullptr);
+    kids.push_back({kid, type == ASAtomFromString("StructElem")});
   }
   const auto first = kids.begin() + static_cast<std::ptrdiff_t>(std::min(place, kids.size()));
   std::reverse(kids.begin(), first);
   std::rotate(kids.begin(), first, kids.end());
-  for (const PDSElement kid : kids) places.Remove(story, kid);
-  elements.insert(elements.end(), kids.begin(), kids.end());
-  if (kids.size() != static_cast<std::size_t>(count)) elements.push_back(story);
+  bool dissolves = true;
+  for (const Kid& kid : kids) {
+    dissolves = dissolves && kid.isElement;
+    if (!kid.isElement) continue;
+    places.Remove(story, kid.object);
+    elements.push_back(kid.object);
+  }
+  if (!dissolves) elements.push_back(story);
 }
 
 std::vector<PDSElement> ExpandStories(const std::vector<PDSElement>& elements, KidFinder& places) {

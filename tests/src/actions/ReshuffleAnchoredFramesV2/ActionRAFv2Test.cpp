@@ -112,6 +112,29 @@ TEST_F(ActionRAFv2Test, ComparesTheWholeIdentifier) {
             "    Span alt=u\"\\u{2265}f\"\n");
 }
 
+TEST_F(ActionRAFv2Test, CountsZeroBytesAtTheEndOfAnIdentifier) {
+  doc.Tree({Element("Document")(
+      {Element("Span").Alt(std::string("\xFE\xFF\x22\x2E\0f\0\0", 8)), Element("Sect")({Start(), Element("H2"), End()})})});
+  const std::string before = test::TreeText(doc.Write());
+  EXPECT_EQ(TreeAfter(), before);
+}
+
+TEST_F(ActionRAFv2Test, TakesNoPartOfAFrameForItsStartThatStandsInItAgain) {
+  doc.Object("start", "<</S/Span/Alt<FEFF22640066>>>");
+  Element sect("Sect");
+  sect.RawKid("$start").Add(Element("H2")).RawKid("$start").Add(Element("H3")).Add(End());
+  doc.Tree({Element("Document")({Element("P")({Anchor()}), sect})});
+  OpenDocument open(doc.Write());
+  EXPECT_EQ(open.Action(kReshuffleFrames), kSuccess);
+  EXPECT_EQ(test::SavedTree(open),
+            "Document\n"
+            "  P\n"
+            "    H2\n"
+            "    H3\n"
+            "  Sect\n"
+            "    Span alt=u\"\\u{2264}f\"\n");
+}
+
 TEST_F(ActionRAFv2Test, AllowsAnEmptyIdentifier) {
   doc.Tree({Element("Document")({Anchor(u""), Element("Sect")({Start(u""), Element("H2"), End(u"")})})});
   EXPECT_EQ(TreeAfter(), "Document\n  H2\n  Sect\n");
@@ -143,6 +166,17 @@ TEST_F(ActionRAFv2Test, KeepsAStoryWithContentOfItsOwn) {
       {Element("P")({Anchor()}),
        Element("Sect")({Start(), Element("Story").Add(Element("H2")).Text(page, "text").Add(Element("H3")), End()})})});
   EXPECT_EQ(TreeAfter(), "Document\n  P\n    H2\n    H3\n    Story\n      mcid 0 page 1\n  Sect\n");
+}
+
+TEST_F(ActionRAFv2Test, CountsTheContentOfALaterStoryAmongItsKids) {
+  const Element story = Element("Story").Text(page, "text").Add(Element("H2")).Add(Element("H3"));
+  doc.Tree({Element("Document")({Element("P")({Anchor()}), Element("Sect")({Start(), Element("P"), story, End()})})});
+  EXPECT_EQ(TreeAfter(), "Document\n  P\n    P\n    H2\n    H3\n    Story\n      mcid 0 page 1\n  Sect\n");
+}
+
+TEST_F(ActionRAFv2Test, DissolvesAStoryWithoutKids) {
+  doc.Tree({Element("Document")({Element("P")({Anchor()}), Element("Sect")({Start(), Element("Story"), End()})})});
+  EXPECT_EQ(TreeAfter(), "Document\n  P\n  Sect\n");
 }
 
 TEST_F(ActionRAFv2Test, DissolvesNoStoryBelowTheTopOfTheFrame) {
