@@ -11,6 +11,12 @@
 namespace tgx::host {
 
 NodeId NodeStore::Find(const QPDFObjectHandle& object) const {
+  const auto number = static_cast<std::size_t>(object.getObjectID());
+  if (number < nodeOfNumber_.size()) {
+    const NodeId known = nodeOfNumber_[number];
+    if (known != kNoNode && nodes_[known].object.getObjectPtr() == object.getObjectPtr()) return known;
+  }
+  if (nodeOf_.empty()) return kNoNode;
   const auto known = nodeOf_.find(object.getObjectPtr());
   return known == nodeOf_.end() ? kNoNode : known->second;
 }
@@ -22,18 +28,37 @@ NodeId NodeStore::Find(CosObj handle, const QPDFObjectHandle& object) {
     if (known != kNoNode && nodes_[known].object.getObjectPtr() == object.getObjectPtr()) return known;
   }
   const NodeId id = Find(object);
-  if (id == kNoNode) return id;
-  if (handle.a >= nodeOfSlot_.size())
-    nodeOfSlot_.resize(std::max<std::size_t>(handle.a + 1, 2 * nodeOfSlot_.size()), kNoNode);
-  nodeOfSlot_[handle.a] = id;
+  if (id != kNoNode) NoteSlot(handle, id);
   return id;
 }
 
 NodeId NodeStore::Add(const QPDFObjectHandle& object) {
   const NodeId id = Count();
   nodes_.emplace_back().object = object;
-  nodeOf_.emplace(object.getObjectPtr(), id);
+  const auto number = static_cast<std::size_t>(object.getObjectID());
+  // A file may give its objects any numbers.
+  const bool isUsual = number != 0 && (number < 65536 || number / 16 < Count());
+  if (isUsual && number >= nodeOfNumber_.size()) {
+    nodeOfNumber_.resize(std::max(number + 1, nodeOfNumber_.size() + nodeOfNumber_.size() / 2), kNoNode);
+  }
+  if (isUsual && nodeOfNumber_[number] == kNoNode) {
+    nodeOfNumber_[number] = id;
+  } else {
+    nodeOf_.emplace(object.getObjectPtr(), id);
+  }
   return id;
+}
+
+void NodeStore::NoteSlot(CosObj handle, NodeId id) {
+  if (handle.a >= nodeOfSlot_.size())
+    nodeOfSlot_.resize(std::max<std::size_t>(handle.a + 1, 2 * nodeOfSlot_.size()), kNoNode);
+  nodeOfSlot_[handle.a] = id;
+}
+
+CosObj NodeStore::HandleOf(NodeId id) {
+  Node& node = nodes_[id];
+  if (IsNull(node.handle)) NoteSlot(node.handle = document_.HandleOf(node.object), id);
+  return node.handle;
 }
 
 CosObj NodeStore::Kept(const QPDFObjectHandle& object, CosObj& handle) {

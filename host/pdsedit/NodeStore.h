@@ -68,7 +68,7 @@ class NodeStore {
   QPDFObjectHandle& ItemOf(const Kid& kid) { return kid.IsElement() ? nodes_[kid.place].object : items_[kid.place].object; }
 
   /// Handles of nodes, of the items behind kids and of pages: the document's, kept where they are asked for again and again.
-  CosObj HandleOf(NodeId id) { return Kept(nodes_[id].object, nodes_[id].handle); }
+  CosObj HandleOf(NodeId id);
   CosObj HandleOfItem(const Kid& kid);
   CosObj HandleOfPage(PageRef page);
 
@@ -101,11 +101,13 @@ class NodeStore {
   };
 
   CosObj Kept(const QPDFObjectHandle& object, CosObj& handle);
+  void NoteSlot(CosObj handle, NodeId id);
 
   Document& document_;
   std::deque<Node> nodes_;
-  std::unordered_map<const QPDFObject*, NodeId> nodeOf_;
-  std::vector<NodeId> nodeOfSlot_;  ///< as far as they have been asked for; kNoNode elsewhere
+  std::vector<NodeId> nodeOfNumber_;                      ///< by the numbers of indirect objects; kNoNode elsewhere
+  std::unordered_map<const QPDFObject*, NodeId> nodeOf_;  ///< of those that have no place there
+  std::vector<NodeId> nodeOfSlot_;                        ///< as far as they have been asked for; kNoNode elsewhere
   std::deque<Item> items_;
   std::vector<ASUns32> freeItems_;
   std::unordered_map<NodeId, std::vector<QPDFObjectHandle>> strays_;
