@@ -19,21 +19,20 @@ std::string DescribeIndirect(const QPDFObjectHandle& object) {
 CosObj ObjectTable::Enter(const QPDFObjectHandle& object, ASUns32 parent) {
   QPDFObjectHandle resolved = object;
   if (!resolved.isInitialized() || resolved.isNull()) return kNullObject;
-  const QPDFObject* const address = resolved.getObjectPtr();
-  if (const auto known = slotOfObject_.find(address); known != slotOfObject_.end()) return {known->second, document_};
-  // The slot comes first: should the map find no memory, a slot without a name does no harm.
+  if (const ASUns32 known = slotOfObject_.Find(resolved); known != ObjectIndex::kNone) return {known, document_};
+  // The slot comes first: should the index find no memory, a slot without a name does no harm.
   const auto slot = static_cast<ASUns32>(slots_.size());
   slots_.push_back({resolved, nullptr, parent});
-  slotOfObject_.emplace(address, slot);
+  slotOfObject_.Enter(resolved, slot);
   return {slot, document_};
 }
 
 void ObjectTable::Renew(const QPDFObjectHandle& object, const QPDFObjectHandle& successor) {
-  const auto known = slotOfObject_.find(object.getObjectPtr());
-  if (known == slotOfObject_.end()) return;
-  const ASUns32 slot = known->second;
-  slotOfObject_.emplace(successor.getObjectPtr(), slot);
-  slotOfObject_.erase(object.getObjectPtr());
+  const ASUns32 slot = slotOfObject_.Find(object);
+  if (slot == ObjectIndex::kNone) return;
+  // A successor that has a handle of its own keeps it.
+  if (slotOfObject_.Find(successor) == ObjectIndex::kNone) slotOfObject_.Enter(successor, slot);
+  slotOfObject_.Remove(object);
   slots_[slot].object = successor;
 }
 

@@ -8,6 +8,8 @@
 #include <tgx/host.h>
 #include <qpdf/QPDFObjectHandle.hh>
 
+#include "host/cos/ObjectIndex.h"
+
 namespace tgx::host {
 
 /// The objects of one document that have been handed out, each under one 64-bit value for as long as the document is open.
@@ -63,7 +65,7 @@ class ObjectTable {
 
   ASUns32 document_;
   std::deque<Slot> slots_;
-  std::unordered_map<const QPDFObject*, ASUns32> slotOfObject_;
+  ObjectIndex slotOfObject_;
   std::unordered_map<ASAtom, CosObj> keyNames_;
   std::unordered_map<ASUns32, int> levels_;  ///< how deep a client has come to the slots that it has read from others
   std::size_t levelsOf_ = 0;                 ///< the piece of work that the levels are of

@@ -10,17 +10,6 @@
 
 namespace tgx::host {
 
-NodeId NodeStore::Find(const QPDFObjectHandle& object) const {
-  const auto number = static_cast<std::size_t>(object.getObjectID());
-  if (number < nodeOfNumber_.size()) {
-    const NodeId known = nodeOfNumber_[number];
-    if (known != kNoNode && nodes_[known].object.getObjectPtr() == object.getObjectPtr()) return known;
-  }
-  if (nodeOf_.empty()) return kNoNode;
-  const auto known = nodeOf_.find(object.getObjectPtr());
-  return known == nodeOf_.end() ? kNoNode : known->second;
-}
-
 NodeId NodeStore::Find(CosObj handle, const QPDFObjectHandle& object) {
   if (handle.a < nodeOfSlot_.size()) {
     const NodeId known = nodeOfSlot_[handle.a];
@@ -35,17 +24,7 @@ NodeId NodeStore::Find(CosObj handle, const QPDFObjectHandle& object) {
 NodeId NodeStore::Add(const QPDFObjectHandle& object) {
   const NodeId id = Count();
   nodes_.emplace_back().object = object;
-  const auto number = static_cast<std::size_t>(object.getObjectID());
-  // A file may give its objects any numbers.
-  const bool isUsual = number != 0 && (number < 65536 || number / 16 < Count());
-  if (isUsual && number >= nodeOfNumber_.size()) {
-    nodeOfNumber_.resize(std::max(number + 1, nodeOfNumber_.size() + nodeOfNumber_.size() / 2), kNoNode);
-  }
-  if (isUsual && nodeOfNumber_[number] == kNoNode) {
-    nodeOfNumber_[number] = id;
-  } else {
-    nodeOf_.emplace(object.getObjectPtr(), id);
-  }
+  nodeOf_.Enter(object, id);
   return id;
 }
 

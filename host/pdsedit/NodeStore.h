@@ -9,6 +9,7 @@
 #include <tgx/host.h>
 #include <qpdf/QPDFObjectHandle.hh>
 
+#include "host/cos/ObjectIndex.h"
 #include "host/pdsedit/KidList.h"
 
 namespace tgx::host {
@@ -59,7 +60,7 @@ class NodeStore {
   NodeId Count() const noexcept { return static_cast<NodeId>(nodes_.size()); }
 
   /// The node of an object, kNoNode if it has none yet.
-  NodeId Find(const QPDFObjectHandle& object) const;
+  NodeId Find(const QPDFObjectHandle& object) const { return nodeOf_.Find(object); }
   /// The same for an object with its handle, remembered: nearly every operation begins with it.
   NodeId Find(CosObj handle, const QPDFObjectHandle& object);
   NodeId Add(const QPDFObjectHandle& object);
@@ -105,9 +106,8 @@ class NodeStore {
 
   Document& document_;
   std::deque<Node> nodes_;
-  std::vector<NodeId> nodeOfNumber_;                      ///< by the numbers of indirect objects; kNoNode elsewhere
-  std::unordered_map<const QPDFObject*, NodeId> nodeOf_;  ///< of those that have no place there
-  std::vector<NodeId> nodeOfSlot_;                        ///< as far as they have been asked for; kNoNode elsewhere
+  ObjectIndex nodeOf_;
+  std::vector<NodeId> nodeOfSlot_;  ///< as far as they have been asked for; kNoNode elsewhere
   std::deque<Item> items_;
   std::vector<ASUns32> freeItems_;
   std::unordered_map<NodeId, std::vector<QPDFObjectHandle>> strays_;
