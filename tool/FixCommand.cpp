@@ -80,7 +80,16 @@ class Repair {
   }
 
   bool RunSteps(Document& document, Guard& guard) {
+    bool marksAreGone = false;
+    const auto removeMarks = [&] {
+      if (marksAreGone) return;
+      const std::vector<Note> notes = RemoveMarksLeftBy(report_.steps, document);
+      report_.notes.insert(report_.notes.end(), notes.begin(), notes.end());
+      marksAreGone = true;
+    };
     for (const StepCall& step : plan_) {
+      // Before it is looked which elements hold nothing, and in any case.
+      if (step.name == "mark-empty-tags" || step.name == "remove-empty-tags") removeMarks();
       progress_.At(PlaceOf(report_.steps.size() + 1, plan_.size(), step.name));
       StepReport& entry = report_.steps.emplace_back();
       entry.call = step;
@@ -89,13 +98,14 @@ class Repair {
         entry.skippedFor = undone->second;
         continue;
       }
-      RunWithCare(document, entry);
+      RunWithCare(document, entry, report_.notes);
       if (const std::optional<Loss> loss = guard.Check(step.name)) {
         undone_.emplace(step.name, Hindrance{loss->page, loss->reason});
         return false;
       }
-      if (entry.result.code != 0 && !options_.keepGoing) break;
+      if (entry.result.code != 0 && !options_.keepGoing) return true;
     }
+    removeMarks();
     return true;
   }
 

@@ -29,6 +29,17 @@ Json AsJson(const StepReport& step) {
   return object;
 }
 
+Json AsJson(const Note& note) {
+  Json object = Json::object();
+  if (note.page != 0) object["page"] = note.page;
+  object["text"] = note.text;
+  return object;
+}
+
+std::string AsText(const Note& note) {
+  return OneLine("note: " + (note.page == 0 ? "" : "page " + std::to_string(note.page) + ": ") + note.text) + "\n";
+}
+
 std::string AsText(const StepReport& step) {
   std::string line = step.call.name + ": ";
   if (step.skippedFor) {
@@ -95,14 +106,21 @@ std::string AsJson(const Report& report) {
   object["steps"] = Json::array();
   for (const StepReport& step : report.steps) object["steps"].push_back(AsJson(step));
   object["saved"] = report.saved;
-  if (report.summary) AddSummary(*report.summary, object);
+  if (report.summary) {
+    AddSummary(*report.summary, object);
+    object["notes"] = Json::array();
+    for (const Note& note : report.notes) object["notes"].push_back(AsJson(note));
+  }
   return object.dump(-1, ' ', false, Json::error_handler_t::replace) + "\n";
 }
 
 std::string AsText(const Report& report) {
   std::string text;
   for (const StepReport& step : report.steps) text += AsText(step);
-  if (report.summary && report.saved) text += AsText(*report.summary);
+  if (report.summary && report.saved) {
+    text += AsText(*report.summary);
+    for (const Note& note : report.notes) text += AsText(note);
+  }
   return text + OneLine(report.saved ? "saved " + report.output : "nothing was written") + "\n";
 }
 

@@ -6,6 +6,7 @@
 
 #include "tool/Census.h"
 #include "tool/Hindrances.h"
+#include "tool/Note.h"
 #include "tool/StepResult.h"
 #include "tool/Steps.h"
 
@@ -34,6 +35,7 @@ struct Report {
   bool saved = false;
   int status = 0;  ///< exit status of the run
   std::optional<RepairSummary> summary;
+  std::vector<Note> notes;  ///< of a repair
 };
 
 /// The report for programs, version 1, on one line. Keys are added, never changed.

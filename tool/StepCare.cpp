@@ -1,9 +1,17 @@
 #include "tool/StepCare.h"
 
+#include <string_view>
+#include <utility>
+
 #include "tool/DocumentLanguage.h"
 #include "tool/EmptyElements.h"
 #include "tool/FormAppearances.h"
+#include "tool/FormulaTexts.h"
+#include "tool/FrameHolders.h"
 #include "tool/Hindrances.h"
+#include "tool/Leftovers.h"
+#include "tool/LinkTexts.h"
+#include "tool/Marks.h"
 
 namespace tgx::tool {
 namespace {
@@ -15,8 +23,10 @@ bool Run(Document& document, StepReport& step) {
   return document.Edits() != edits;
 }
 
+void Append(const std::vector<Note>& more, std::vector<Note>& notes) { notes.insert(notes.end(), more.begin(), more.end()); }
+
 /// Runs the step with what belongs around it. Gives whether the step itself changed anything.
-bool RunPrepared(Document& document, StepReport& step) {
+bool RunPrepared(Document& document, StepReport& step, std::vector<Note>& notes) {
   if (step.call.name == "remove-empty-tags") {
     const EmptyElements elements(document.Handle());
     const bool changed = Run(document, step);
@@ -29,7 +39,20 @@ bool RunPrepared(Document& document, StepReport& step) {
     language.KeepForKids();
     return changed;
   }
+  if (step.call.name == "reshuffle-frames") {
+    const FrameHolders holders(document.Handle());
+    const bool changed = Run(document, step);
+    Append(holders.PutBack(), notes);
+    return changed;
+  }
+  if (step.call.name == "mathml") {
+    const FormulaTexts texts(document.Handle());
+    const bool changed = Run(document, step);
+    texts.Write();
+    return changed;
+  }
   const bool changed = Run(document, step);
+  if (step.call.name == "link-contents") DescribeLinks(document.Handle());
   if (step.call.name == "sync-forms" && step.result.code == 0) KeepCopiedAppearances(document.Handle(), step.call.path);
   return changed;
 }
@@ -48,14 +71,31 @@ void LookForHindrance(const Document& document, bool changed, StepReport& step) 
 
 }  // namespace
 
-void RunWithCare(Document& document, StepReport& step) {
+void RunWithCare(Document& document, StepReport& step, std::vector<Note>& notes) {
   step.changed = false;
   step.skippedFor = FindHarm(document.Handle(), step.call);
   if (step.skippedFor) return;
   const std::size_t edits = document.Edits();
-  const bool changed = RunPrepared(document, step);
+  const bool changed = RunPrepared(document, step, notes);
   step.changed = document.Edits() != edits;
   if (step.result.code != 0) LookForHindrance(document, changed, step);
+}
+
+std::vector<Note> RemoveMarksLeftBy(const std::vector<StepReport>& steps, Document& document) {
+  constexpr std::pair<std::string_view, unsigned> kMarks[] = {
+      {"table-metadata", kTableData},
+      {"mathml", kFormula},
+      {"reshuffle-frames", kAnchor | kFrameStart | kFrameEnd},
+      {"reshuffle-frames-by-holder", kAnchor | kFrameStart | kFrameEnd},
+      {"remove-frame-markers", kTextFrame},
+      {"toc", kContentsFrame},
+  };
+  unsigned marks = 0;
+  for (const StepReport& step : steps) {
+    if (step.result.code != 0 || step.skippedFor) continue;
+    for (const auto& [name, ofStep] : kMarks) marks |= name == step.call.name ? ofStep : 0;
+  }
+  return RemoveLeftMarks(document.Handle(), marks);
 }
 
 }  // namespace tgx::tool

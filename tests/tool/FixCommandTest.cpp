@@ -152,7 +152,8 @@ TEST_F(FixCommand, JsonHasThePublishedKeys) {
     for (const auto& [key, value] : object.items()) keys.push_back(key);
     return keys;
   };
-  EXPECT_THAT(keysOf(report), ElementsAre("version", "input", "output", "steps", "saved", "changes", "counts", "language"));
+  EXPECT_THAT(keysOf(report),
+              ElementsAre("version", "input", "output", "steps", "saved", "changes", "counts", "language", "notes"));
   EXPECT_THAT(keysOf(report["changes"]),
               ElementsAre("tagsRemoved", "tagsAdded", "tagsRenamed", "imagesRemoved", "contentRemoved", "textsRewritten"));
   EXPECT_THAT(keysOf(report["counts"]),
@@ -190,6 +191,7 @@ TEST_F(FixCommand, CountsTablesThatSayWhatTheirHeaderCellsHead) {
   const Json counts = ReportOf(document)["counts"];
   EXPECT_EQ(counts["tables"].dump(), R"({"before":2,"after":2})");
   EXPECT_EQ(counts["headerCells"].dump(), R"({"before":2,"after":2})");
+  EXPECT_EQ(counts["tablesWithHeaders"].dump(), R"({"before":0,"after":1})");
   EXPECT_EQ(counts["tableDescriptions"].dump(), R"({"before":1,"after":0})");
 }
 
