@@ -122,6 +122,7 @@ class Counter {
       marks |= markOfAlt;
       if (role == figure_ && markOfAlt == 0 && !alt.empty()) ++census_[Counted::kDescribedFigures];
     }
+    census_.marks |= marks;
     if ((marks & kAnchor) != 0) ++census_[Counted::kAnchors];
     if ((marks & kTextFrame) != 0) ++census_[Counted::kTextFrameMarks];
     if ((marks & kTableData) != 0) ++census_[Counted::kTableDescriptions];

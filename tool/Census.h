@@ -57,6 +57,7 @@ struct Census {
   std::array<std::size_t, static_cast<std::size_t>(Counted::kCount)> counts{};
   std::vector<std::pair<std::uint64_t, ASAtom>> elements;  ///< every element and its type, in order of the elements
   std::vector<MarkedPlace> places;                         ///< in order
+  unsigned marks = 0;                                      ///< Mark bits of all marks
 
   std::size_t& operator[](Counted what) { return counts[static_cast<std::size_t>(what)]; }
   std::size_t operator[](Counted what) const { return counts[static_cast<std::size_t>(what)]; }

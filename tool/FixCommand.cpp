@@ -62,7 +62,7 @@ class Repair {
     summary.before = TakeCensus(document.Handle());
     summary.languageBefore = DocumentLanguage::Of(document.Handle());
     Guard guard(document.Handle(), summary.before);
-    if (!RunSteps(document, guard)) {
+    if (!RunSteps(document, guard, summary.before)) {
       document.Close();
       return false;
     }
@@ -79,12 +79,17 @@ class Repair {
     return true;
   }
 
-  bool RunSteps(Document& document, Guard& guard) {
+  bool RunSteps(Document& document, Guard& guard, const Census& before) {
+    StepCare care(document, before);
+    const bool isWhole = RunSteps(guard, care);
+    report_.notes = care.TakeNotes();
+    return isWhole;
+  }
+
+  bool RunSteps(Guard& guard, StepCare& care) {
     bool marksAreGone = false;
     const auto removeMarks = [&] {
-      if (marksAreGone) return;
-      const std::vector<Note> notes = RemoveMarksLeftBy(report_.steps, document);
-      report_.notes.insert(report_.notes.end(), notes.begin(), notes.end());
+      if (!marksAreGone) care.RemoveLeftMarks(report_.steps);
       marksAreGone = true;
     };
     for (const StepCall& step : plan_) {
@@ -98,7 +103,7 @@ class Repair {
         entry.skippedFor = undone->second;
         continue;
       }
-      RunWithCare(document, entry, report_.notes);
+      care.Run(entry);
       if (const std::optional<Loss> loss = guard.Check(step.name)) {
         undone_.emplace(step.name, Hindrance{loss->page, loss->reason});
         return false;

@@ -3,6 +3,7 @@
 #include <string_view>
 #include <utility>
 
+#include "tool/AnnotationOrder.h"
 #include "tool/DocumentLanguage.h"
 #include "tool/EmptyElements.h"
 #include "tool/FormAppearances.h"
@@ -12,50 +13,10 @@
 #include "tool/Leftovers.h"
 #include "tool/LinkTexts.h"
 #include "tool/Marks.h"
+#include "tool/NoteNames.h"
 
 namespace tgx::tool {
 namespace {
-
-/// Runs the step alone. Gives whether that changed anything.
-bool Run(Document& document, StepReport& step) {
-  const std::size_t edits = document.Edits();
-  step.result = document.Run(step.call);
-  return document.Edits() != edits;
-}
-
-void Append(const std::vector<Note>& more, std::vector<Note>& notes) { notes.insert(notes.end(), more.begin(), more.end()); }
-
-/// Runs the step with what belongs around it. Gives whether the step itself changed anything.
-bool RunPrepared(Document& document, StepReport& step, std::vector<Note>& notes) {
-  if (step.call.name == "remove-empty-tags") {
-    const EmptyElements elements(document.Handle());
-    const bool changed = Run(document, step);
-    elements.PutBack();
-    return changed;
-  }
-  if (step.call.name == "main-language") {
-    const DocumentLanguage language(document.Handle());
-    const bool changed = Run(document, step);
-    language.KeepForKids();
-    return changed;
-  }
-  if (step.call.name == "reshuffle-frames") {
-    const FrameHolders holders(document.Handle());
-    const bool changed = Run(document, step);
-    Append(holders.PutBack(), notes);
-    return changed;
-  }
-  if (step.call.name == "mathml") {
-    const FormulaTexts texts(document.Handle());
-    const bool changed = Run(document, step);
-    texts.Write();
-    return changed;
-  }
-  const bool changed = Run(document, step);
-  if (step.call.name == "link-contents") DescribeLinks(document.Handle());
-  if (step.call.name == "sync-forms" && step.result.code == 0) KeepCopiedAppearances(document.Handle(), step.call.path);
-  return changed;
-}
 
 /// A step that failed before it changed anything, for a reason that lies in the document, does not apply to it.
 void LookForHindrance(const Document& document, bool changed, StepReport& step) {
@@ -71,18 +32,102 @@ void LookForHindrance(const Document& document, bool changed, StepReport& step) 
 
 }  // namespace
 
-void RunWithCare(Document& document, StepReport& step, std::vector<Note>& notes) {
+void StepCare::Run(StepReport& step) {
   step.changed = false;
-  step.skippedFor = FindHarm(document.Handle(), step.call);
+  step.skippedFor = FindHarm(document_.Handle(), step.call);
   if (step.skippedFor) return;
-  const std::size_t edits = document.Edits();
-  const bool changed = RunPrepared(document, step, notes);
-  step.changed = document.Edits() != edits;
-  if (step.result.code != 0) LookForHindrance(document, changed, step);
+  const std::size_t edits = document_.Edits();
+  const bool changed = RunStep(step);
+  step.changed = document_.Edits() != edits;
+  if (step.result.code != 0) LookForHindrance(document_, changed, step);
 }
 
-std::vector<Note> RemoveMarksLeftBy(const std::vector<StepReport>& steps, Document& document) {
-  constexpr std::pair<std::string_view, unsigned> kMarks[] = {
+/// Gives whether the step itself changed anything, as do all that it calls.
+bool StepCare::RunStep(StepReport& step) {
+  using Way = bool (StepCare::*)(StepReport&);
+  static constexpr std::pair<std::string_view, Way> kWays[] = {
+      {"mathml", &StepCare::MakeFormulas},
+      {"footnote-links", &StepCare::MakeFootnoteLinks},
+      {"reshuffle-frames", &StepCare::PlaceFrames},
+      {"end-notes", &StepCare::MapEndNotes},
+      {"main-language", &StepCare::SetMainLanguage},
+      {"sync-forms", &StepCare::TakeOverForms},
+      {"remove-empty-tags", &StepCare::RemoveEmptyTags},
+      {"link-contents", &StepCare::DescribeLinks},
+  };
+  for (const auto& [name, way] : kWays) {
+    if (name == step.call.name) return (this->*way)(step);
+  }
+  return RunAlone(step);
+}
+
+bool StepCare::RunAlone(StepReport& step) {
+  const std::size_t edits = document_.Edits();
+  step.result = document_.Run(step.call);
+  return document_.Edits() != edits;
+}
+
+bool StepCare::RemoveEmptyTags(StepReport& step) {
+  const EmptyElements elements(document_.Handle());
+  const bool changed = RunAlone(step);
+  elements.PutBack();
+  return changed;
+}
+
+bool StepCare::SetMainLanguage(StepReport& step) {
+  const DocumentLanguage language(document_.Handle());
+  const bool changed = RunAlone(step);
+  language.KeepForKids();
+  return changed;
+}
+
+bool StepCare::PlaceFrames(StepReport& step) {
+  if ((before_.marks & (kAnchor | kFrameStart | kFrameEnd | kFrameHolder)) == 0) return RunAlone(step);
+  const FrameHolders holders(document_.Handle());
+  const bool changed = RunAlone(step);
+  Append(holders.PutBack());
+  return changed;
+}
+
+bool StepCare::MakeFormulas(StepReport& step) {
+  if ((before_.marks & kFormula) == 0) return RunAlone(step);
+  const FormulaTexts texts(document_.Handle());
+  const AnnotationOrder order(document_.Handle());
+  const bool changed = RunAlone(step);
+  texts.Write();
+  order.SetWhereNew();
+  return changed;
+}
+
+bool StepCare::MakeFootnoteLinks(StepReport& step) {
+  const AnnotationOrder order(document_.Handle());
+  const bool changed = RunAlone(step);
+  if (!changed) return false;
+  madeLinks_ = true;
+  order.SetWhereNew();
+  return true;
+}
+
+bool StepCare::MapEndNotes(StepReport& step) {
+  const bool changed = RunAlone(step);
+  if (changed) NameNotes(document_.Handle());
+  return changed;
+}
+
+bool StepCare::DescribeLinks(StepReport& step) {
+  const bool changed = RunAlone(step);
+  if (madeLinks_ || before_[Counted::kLinks] != 0) tool::DescribeLinks(document_.Handle());
+  return changed;
+}
+
+bool StepCare::TakeOverForms(StepReport& step) {
+  const bool changed = RunAlone(step);
+  if (step.result.code == 0) KeepCopiedAppearances(document_.Handle(), step.call.path);
+  return changed;
+}
+
+void StepCare::RemoveLeftMarks(const std::vector<StepReport>& steps) {
+  static constexpr std::pair<std::string_view, unsigned> kMarks[] = {
       {"table-metadata", kTableData},
       {"mathml", kFormula},
       {"reshuffle-frames", kAnchor | kFrameStart | kFrameEnd},
@@ -95,7 +140,7 @@ std::vector<Note> RemoveMarksLeftBy(const std::vector<StepReport>& steps, Docume
     if (step.result.code != 0 || step.skippedFor) continue;
     for (const auto& [name, ofStep] : kMarks) marks |= name == step.call.name ? ofStep : 0;
   }
-  return RemoveLeftMarks(document.Handle(), marks);
+  if ((marks & before_.marks) != 0) Append(tool::RemoveLeftMarks(document_.Handle(), marks));
 }
 
 }  // namespace tgx::tool

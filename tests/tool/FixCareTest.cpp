@@ -166,5 +166,30 @@ TEST_F(FixCare, LinkKeepsItsDescription) {
   EXPECT_EQ(ContentsOfAnnotation(), "to x");
 }
 
+TEST_F(FixCare, PageThatGetsItsFirstLinkGoesByTheStructure) {
+  document_.AddPage();
+  TreeAfterFix({Text("Reference", "1"), Text("Note", "one")});
+  ReadBack file(Output());
+  EXPECT_EQ(file.Page(1).getKey("/Tabs").unparse(), "/S");
+  EXPECT_FALSE(file.Page(2).hasKey("/Tabs"));
+}
+
+TEST_F(FixCare, PageKeepsItsOrderOfAnnotations) {
+  page_.Set("Tabs", "/R");
+  TreeAfterFix({Text("Reference", "1"), Text("Note", "one")});
+  EXPECT_EQ(ReadBack(Output()).Page(1).getKey("/Tabs").unparse(), "/R");
+}
+
+TEST_F(FixCare, NotesMadeOfEndnotesGetIdentifiersOfTheirOwn) {
+  document_.RoleMap({{"Endnote", "P"}});
+  const std::string tree = TreeAfterFix({Text("Endnote", "one"), Text("Note", "two").Id("note-1"), Text("Endnote", "three")},
+                                        {"--skip", "footnote-links"});
+  EXPECT_EQ(tree,
+            "Document\n"
+            "  Endnote id=\"note-2\"\n"
+            "  Note id=\"note-1\"\n"
+            "  Endnote id=\"note-3\"\n");
+}
+
 }  // namespace
 }  // namespace tgx::test
