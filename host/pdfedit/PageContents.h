@@ -1,10 +1,10 @@
 #pragma once
 
-#include <compare>
 #include <cstdint>
 #include <memory>
 #include <set>
 #include <string_view>
+#include <tuple>
 #include <utility>
 #include <vector>
 
@@ -74,7 +74,9 @@ class PageContents : public CosObserver {
     const QPDFObject* dictionary;
     ASInt32 pageIndex;
     std::uint32_t properties;
-    auto operator<=>(const Watched&) const = default;
+    bool operator<(const Watched& other) const {
+      return std::tie(dictionary, pageIndex, properties) < std::tie(other.dictionary, other.pageIndex, other.properties);
+    }
   };
 
   /// A client put other content into a page, which counts from then on: what was edited in the former is dropped, and its

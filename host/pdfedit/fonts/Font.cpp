@@ -19,9 +19,9 @@ std::unique_ptr<Font> Font::Read(QPDFObjectHandle dictionary, FontParts& parts) 
   return std::make_unique<SimpleFont>(QPDFObjectHandle::newDictionary(), parts);
 }
 
-std::unique_ptr<Font> Font::Read(QPDFObjectHandle dictionary) {
+std::unique_ptr<Font> Font::Read(const QPDFObjectHandle& dictionary) {
   FontParts parts;
-  return Read(std::move(dictionary), parts);
+  return Read(dictionary, parts);
 }
 
 }  // namespace tgx::host

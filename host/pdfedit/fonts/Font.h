@@ -29,7 +29,7 @@ class Font {
   /// Reads a font dictionary. Never throws for a damaged one: what is missing or wrong is replaced by what viewers assume.
   /// What it refers to is read once for all fonts that are given the same `parts`.
   static std::unique_ptr<Font> Read(QPDFObjectHandle dictionary, FontParts& parts);
-  static std::unique_ptr<Font> Read(QPDFObjectHandle dictionary);
+  static std::unique_ptr<Font> Read(const QPDFObjectHandle& dictionary);
 
   Font() = default;
   Font(const Font&) = delete;

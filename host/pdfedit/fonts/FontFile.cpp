@@ -74,9 +74,9 @@ QPDFObjectHandle FontProgramOf(QPDFObjectHandle descriptor) {
   return program;
 }
 
-BuiltInEncoding ReadBuiltInEncoding(QPDFObjectHandle descriptor) {
+BuiltInEncoding ReadBuiltInEncoding(const QPDFObjectHandle& descriptor) {
   BuiltInEncoding encoding;
-  const std::string program = DecodeStream(FontProgramOf(std::move(descriptor)), kLargestFontFile).bytes;
+  const std::string program = DecodeStream(FontProgramOf(descriptor), kLargestFontFile).bytes;
   if (program.empty()) return encoding;
 
   const FontFace holder(program);

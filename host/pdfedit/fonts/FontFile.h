@@ -19,6 +19,6 @@ QPDFObjectHandle FontProgramOf(QPDFObjectHandle descriptor);
 
 /// Reads the encoding of the font program in a font descriptor: the encoding vector
 /// of Type 1 and CFF programs, the symbol or Macintosh character map with the glyph names of TrueType ones.
-BuiltInEncoding ReadBuiltInEncoding(QPDFObjectHandle descriptor);
+BuiltInEncoding ReadBuiltInEncoding(const QPDFObjectHandle& descriptor);
 
 }  // namespace tgx::host

@@ -21,9 +21,9 @@ bool TakesResource(Opcode code) {
 
 }  // namespace
 
-QPDFObjectHandle InheritedAttribute(QPDFObjectHandle page, const char* key) {
+QPDFObjectHandle InheritedAttribute(const QPDFObjectHandle& page, const char* key) {
   constexpr int kDeepestTree = 64;  // a parent chain that is a ring ends here too
-  QPDFObjectHandle node = std::move(page);
+  QPDFObjectHandle node = page;
   for (int level = 0; level < kDeepestTree && node.isDictionary(); ++level) {
     QPDFObjectHandle value = node.getKey(key);
     if (!value.isNull()) return value;

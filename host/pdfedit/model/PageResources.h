@@ -62,6 +62,6 @@ class PageResources {
 };
 
 /// An attribute that a page has itself or inherits from the page tree; null when there is none.
-QPDFObjectHandle InheritedAttribute(QPDFObjectHandle page, const char* key);
+QPDFObjectHandle InheritedAttribute(const QPDFObjectHandle& page, const char* key);
 
 }  // namespace tgx::host

@@ -123,6 +123,6 @@ bool MayHoldContainers(std::string_view text) {
   return text.find('[') != std::string_view::npos || text.find("<<", 2) != std::string_view::npos;
 }
 
-bool HoldsReference(QPDFObjectHandle object) { return HoldsReference(object, 0); }
+bool HoldsReference(const QPDFObjectHandle& object) { return HoldsReference(object, 0); }
 
 }  // namespace tgx::host

@@ -34,6 +34,6 @@ bool HoldsContainers(QPDFObjectHandle dictionary);
 bool MayHoldContainers(std::string_view text);
 
 /// Whether a reference stands anywhere in a direct object.
-bool HoldsReference(QPDFObjectHandle object);
+bool HoldsReference(const QPDFObjectHandle& object);
 
 }  // namespace tgx::host

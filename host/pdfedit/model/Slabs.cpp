@@ -59,10 +59,11 @@ FoundRecord FindRecord(const void* address) noexcept {
   }
   const std::size_t offset = bits - base;
   if (offset < kRecordSize || offset % kRecordSize != 0) return {};
-  auto* slab = reinterpret_cast<SlabHeader*>(base);
+  char* record = const_cast<char*>(static_cast<const char*>(address));
+  auto* slab = reinterpret_cast<SlabHeader*>(record - offset);
   const auto number = static_cast<std::uint32_t>(offset / kRecordSize - 1);
   if (number >= slab->used) return {};
-  return {slab, reinterpret_cast<void*>(bits), slab->first + number};
+  return {slab, record, slab->first + number};
 }
 
 }  // namespace tgx::host

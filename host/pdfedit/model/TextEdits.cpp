@@ -35,7 +35,6 @@ void RemoveFrom(EditedRun& run, int first, int count) {
       count -= taken;
     }
     left += gap;
-    position += gap;
     if (!hasNext) break;
     add(run.removed[next].first, run.removed[next].second);
     position = run.removed[next++].second;
