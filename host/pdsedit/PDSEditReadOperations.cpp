@@ -5,28 +5,12 @@
 #include "host/pdsedit/ElementTexts.h"
 #include "host/pdsedit/KidAnswers.h"
 #include "host/pdsedit/RoleMap.h"
-#include "host/pdsedit/StructureTree.h"
+#include "host/pdsedit/Targets.h"
 
 namespace tgx::host {
 namespace {
 
-template <typename Value>
-void Store(Value* place, Value value) {
-  if (place != nullptr) *place = value;
-}
-
-StructureTree& TreeOf(CosObj handle) { return Document::Of(handle).Structure(); }
-
-/// An element with the tree that it belongs to.
-struct Target {
-  explicit Target(PDSElement handle) : Target(handle, Document::ObjectOf(handle)) {}
-  Target(PDSElement handle, const LivingObject& living)
-      : tree(living.document.Structure()), element(tree.ElementOf(handle, living.slot.object)) {}
-  StructureTree& tree;
-  NodeId element;
-};
-
-/// The same for an operation that takes the tree root in the place of an element.
+/// Target for an operation that takes the tree root in the place of an element.
 struct ParentTarget {
   explicit ParentTarget(PDSElement handle) : ParentTarget(handle, Document::ObjectOf(handle)) {}
   ParentTarget(PDSElement handle, const LivingObject& living)

@@ -8,19 +8,10 @@
 #include "host/pdsedit/ElementTexts.h"
 #include "host/pdsedit/KidEdits.h"
 #include "host/pdsedit/RoleMap.h"
-#include "host/pdsedit/StructureTree.h"
+#include "host/pdsedit/Targets.h"
 
 namespace tgx::host {
 namespace {
-
-StructureTree& TreeOf(CosObj handle) { return Document::Of(handle).Structure(); }
-
-/// An element with the tree that it belongs to.
-struct Target {
-  explicit Target(PDSElement handle) : tree(TreeOf(handle)), element(tree.ElementOf(handle)) {}
-  StructureTree& tree;
-  NodeId element;
-};
 
 /// A node whose kids are edited. The null object stands for the root of the tree to which `kid` belongs: top-level elements
 /// are known to some clients only by a parent of null.
@@ -38,10 +29,6 @@ struct ParentTarget {
   StructureTree& tree;
   NodeId node;
 };
-
-void Store(CosObj* place, CosObj value) {
-  if (place != nullptr) *place = value;
-}
 
 }  // namespace
 

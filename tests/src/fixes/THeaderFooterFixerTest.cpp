@@ -159,6 +159,15 @@ TEST(THeaderFooterOfDamagedTables, EndsWithTheHostsRaiseForAHeadThatIsNoKidOfThe
   EXPECT_NE(outcome.text, "");
 }
 
+TEST(THeaderFooterOfDamagedTables, CountsAFootBehindATableAsItsLast) {
+  TestDocument document;
+  test::Page& page = document.AddPage();
+  document.Tree({Element("Document")({Element("Table")({Part("TFoot", page, "inside")}), Part("TFoot", page, "outside")})});
+  OpenDocument open(document.Write());
+  EXPECT_EQ(open.Fixups(kHeadersFooters), test::kSuccess);
+  EXPECT_EQ(SavedTree(open), "Document\n  Table\n  TFoot title=\"outside\"\n    TR\n      TD\n        mcid 1 page 1\n");
+}
+
 TEST(THeaderFooterOfDamagedTables, CountsAHeadBehindANestedTableForTheNestedOne) {
   TestDocument document;
   test::Page& page = document.AddPage();

@@ -82,6 +82,27 @@ TEST_F(TsvParser, NeedsBothWordsOfTheTypeLine) {
   EXPECT_EQ(parser_.typeSecond, "");
 }
 
+TEST_F(TsvParser, DoesNotReadATypeLineThatStandsInThePlaceOfAKind) {
+  Read("Table\t1\nType\ta\tb\nTable\t2\n");
+  EXPECT_EQ(Tables(), Names{"IDH 2"});
+  EXPECT_EQ(parser_.typeFirst, "");
+}
+
+TEST_F(TsvParser, ReadsATableLineThatHoldsTheWordOfATypeLine) {
+  Read("Table\t4 Type\nLayout\n");
+  EXPECT_EQ(Tables(), Names{"Layout 4"});
+}
+
+TEST_F(TsvParser, EndsALineAtAZeroByte) {
+  Read(std::string("Table\t1\nLay\0out\nTable\t2\n", 24));
+  EXPECT_EQ(Tables(), Names{"IDH 2"});
+}
+
+TEST_F(TsvParser, TakesNothingOverFromALongerLineBefore) {
+  Read("Table\t1\nLayout is long\nTable\t2\nRow\n\nTable\t3\n");
+  EXPECT_EQ(Tables(), (Names{"Layout 1", "STH 2", "IDH 3"}));
+}
+
 TEST_F(TsvParser, LetsALaterTypeLineWin) {
   Read("Type\ta\tb\nType\tc\td\nType\te\n");
   EXPECT_EQ(parser_.typeFirst, "c");

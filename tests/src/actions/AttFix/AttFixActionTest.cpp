@@ -102,6 +102,20 @@ TEST(AttFix, GivesTheHeaderCellsOfAnIdentifiedTableColumnScope) {
             "Table\n  TR\n    TH attributes=<< /O /Table /Scope /Column >>\n    TD\n");
 }
 
+TEST(AttFix, GivesTheHeaderCellsOfNestedTablesColumnScopeToo) {
+  EXPECT_EQ(Repaired({Element("Table")(
+                {Placeholder("<Table type='1'/>"), Element("TR")({Element("TD")({Element("Table")({Row({"TH"})})})})})}),
+            "Table\n  TR\n    TD\n      Table\n        TR\n          TH attributes=<< /O /Table /Scope /Column >>\n");
+}
+
+TEST(AttFix, DescribesNestedTablesBeforeItTurnsTheOuterOneIntoDivs) {
+  EXPECT_EQ(
+      Repaired({Element("Table")(
+          {Placeholder("<Table type='4'/>"),
+           Element("TR")({Element("TD")({Element("Table")({Placeholder("<Table type='2' rows='1'/>"), Row({"TD"})})})})})}),
+      "Div\n  Div\n    Div\n      Div\n        Div\n          Div attributes=<< /O /Table /Scope /Column >>\n");
+}
+
 TEST(AttFix, TakesOverTheAttributesThatAHeaderCellHas) {
   EXPECT_EQ(
       Repaired({Element("Table")({Placeholder("<Table type='1'/>"),
