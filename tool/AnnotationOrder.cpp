@@ -26,7 +26,9 @@ void AnnotationOrder::SetWhereNew() const {
   const HostFrame frame;
   ForEachPage(document_, [this](PDPage page, std::size_t i) {
     const CosObj dictionary = PDPageGetCosObj(page);
-    if (PDPageGetNumAnnots(page) <= counts_[i] || CosDictKnownKeyString(dictionary, "Tabs") != 0) return;
+    const bool hasOrder =
+        CosObjGetType(CosDictGetKeyString(dictionary, "Tabs")) == CosName;  // some exporters write a string
+    if (hasOrder || PDPageGetNumAnnots(page) <= counts_[i]) return;
     CosDictPutKeyString(dictionary, "Tabs", CosNewName(PDDocGetCosDoc(document_), 0, ASAtomFromString("S")));
   });
 }

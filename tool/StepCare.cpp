@@ -116,7 +116,9 @@ bool StepCare::MapEndNotes(StepReport& step) {
 
 bool StepCare::DescribeLinks(StepReport& step) {
   const bool changed = RunAlone(step);
-  if (madeLinks_ || before_[Counted::kLinks] != 0) tool::DescribeLinks(document_.Handle());
+  // Whoever reads the descriptions must know their language.
+  const bool hasLinks = madeLinks_ || before_[Counted::kLinks] != 0;
+  if (hasLinks && !DocumentLanguage::Of(document_.Handle()).empty()) tool::DescribeLinks(document_.Handle());
   return changed;
 }
 

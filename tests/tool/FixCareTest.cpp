@@ -149,12 +149,20 @@ TEST_F(FixCare, FormulaWithoutUsableMathMLGetsNoText) {
 }
 
 TEST_F(FixCare, LinkIsDescribedByItsText) {
+  document_.SetCatalog("Lang", "(en)");
   const Annotation link = page_.Annotate("Link").Set("A", "<</S/GoTo/D(x)>>");
   TreeAfterFix({Element("P")({Text("Link", " the  house").Object(link)})});
   EXPECT_EQ(ContentsOfAnnotation(), "the house");
 }
 
+TEST_F(FixCare, LinkIsNotDescribedInALanguageThatNobodyKnows) {
+  const Annotation link = page_.Annotate("Link").Set("A", "<</S/GoTo/D(x)>>").Set("T", "(Footnote 1)");
+  TreeAfterFix({Element("P")({Text("Link", "1").Object(link)})});
+  EXPECT_THAT(ContentsOfAnnotation(), Not(HasSubstr("Footnote")));
+}
+
 TEST_F(FixCare, LinkIsDescribedByItsTitleFirst) {
+  document_.SetCatalog("Lang", "(en)");
   const Annotation link = page_.Annotate("Link").Set("A", "<</S/GoTo/D(x)>>").Set("T", "(Footnote 1)");
   TreeAfterFix({Element("P")({Text("Link", "1").Object(link)})});
   EXPECT_EQ(ContentsOfAnnotation(), "Footnote 1");
@@ -172,6 +180,12 @@ TEST_F(FixCare, PageThatGetsItsFirstLinkGoesByTheStructure) {
   ReadBack file(Output());
   EXPECT_EQ(file.Page(1).getKey("/Tabs").unparse(), "/S");
   EXPECT_FALSE(file.Page(2).hasKey("/Tabs"));
+}
+
+TEST_F(FixCare, StringIsNoOrderOfAnnotations) {
+  page_.Set("Tabs", "(S)");
+  TreeAfterFix({Text("Reference", "1"), Text("Note", "one")});
+  EXPECT_EQ(ReadBack(Output()).Page(1).getKey("/Tabs").unparse(), "/S");
 }
 
 TEST_F(FixCare, PageKeepsItsOrderOfAnnotations) {
