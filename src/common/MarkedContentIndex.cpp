@@ -7,6 +7,17 @@
 
 namespace tgx {
 
+void PrefixCounts::Add(std::size_t index, std::size_t size) {
+  if (index >= sums_.size()) sums_.resize(std::max(size, index + 1));
+  for (std::size_t at = index; at < sums_.size(); at |= at + 1) ++sums_[at];
+}
+
+ASInt32 PrefixCounts::Before(std::size_t index) const {
+  ASInt32 count = 0;
+  for (std::size_t end = std::min(index, sums_.size()); end > 0; end &= end - 1) count += sums_[end - 1];
+  return count;
+}
+
 PageContainers::PageContainers(PDPage page) {
   walker_.AddVisitor(this);
   walker_.Walk(page);
@@ -19,7 +30,7 @@ void PageContainers::VisitElement(PDEElement& /*element*/) {
 
 void PageContainers::VisitContent(PDEContent content) {
   if (listOf_.try_emplace(content, static_cast<std::uint32_t>(lists_.size())).second)
-    lists_.push_back({content, around_, 0});
+    lists_.push_back({content, around_, {}});
 }
 
 void PageContainers::VisitContainer(PDEContainer container) {
@@ -50,13 +61,14 @@ void PageContainers::TakeOut(Container& container) {
   container.isRemoved = true;
   List& list = lists_[container.list];
   const ASInt32 count = PDEContentGetNumElems(list.handle);
-  // Removals come mostly in the order of the list: the search begins where the container stands then, and widens from there.
-  const ASInt32 expected = std::clamp(container.index - list.removed, 0, std::max(count - 1, 0));
+  // Where it stands now, unless somebody else took something out of the list; then it is searched for from there.
+  const auto index = static_cast<std::size_t>(container.index);
+  const ASInt32 expected = std::clamp(container.index - list.removed.Before(index), 0, std::max(count - 1, 0));
+  list.removed.Add(index, static_cast<std::size_t>(count));
   for (ASInt32 distance = 0; distance < count; ++distance) {
-    for (const ASInt32 index : {expected + distance, expected - distance}) {
-      if (index < 0 || index >= count || PDEContentGetElem(list.handle, index) != container.handle) continue;
-      PDEContentRemoveElem(list.handle, index);
-      ++list.removed;
+    for (const ASInt32 at : {expected + distance, expected - distance}) {
+      if (at < 0 || at >= count || PDEContentGetElem(list.handle, at) != container.handle) continue;
+      PDEContentRemoveElem(list.handle, at);
       return;
     }
   }

@@ -9,6 +9,16 @@
 
 namespace tgx {
 
+/// Counts of things at indices of a row, and how many there are in front of an index; both cost the logarithm of its length.
+class PrefixCounts {
+ public:
+  void Add(std::size_t index, std::size_t size);
+  ASInt32 Before(std::size_t index) const;
+
+ private:
+  std::vector<ASInt32> sums_;  // a binary indexed tree, made at the first addition
+};
+
 /// The containers of one page by MCID, as a walk over the page finds them.
 class PageContainers : private ContentVisitorBase {
  public:
@@ -32,7 +42,7 @@ class PageContainers : private ContentVisitorBase {
   struct List {
     PDEContent handle;
     std::uint32_t around;  // the container that holds it
-    ASInt32 removed;       // containers taken out of it
+    PrefixCounts removed;  // what was taken out of it, by index
   };
 
   void VisitElement(PDEElement& element) override;

@@ -58,6 +58,11 @@ TextMove MoveOfAdjustment(const GraphicsState& state, double thousandths) {
 
 bool ShowsText(const ContentReader& op) {
   if (!op.Has(1)) return false;
+  if (op.Code() == Opcode::kNextLineShowSpaced) {
+    const bool hasSpacing =
+        op.Has(3) && op.Operand(0, 3).kind == Token::Kind::kNumber && op.Operand(1, 3).kind == Token::Kind::kNumber;
+    if (!hasSpacing) return false;
+  }
   const Token& shown = op.Operand(0, 1);
   return op.Code() == Opcode::kShowTextAdjusted ? shown.kind == Token::Kind::kArray : shown.IsString();
 }
@@ -157,9 +162,9 @@ void ContentState::ApplyText(const ContentReader& op, PageResources& resources) 
       }
       return;
     case Opcode::kNextLineShowSpaced:
-      if (!op.Has(3) || !ShowsText(op)) return;
-      if (op.Operand(0, 3).kind == Token::Kind::kNumber) graphics_.wordSpacing = op.Number(0, 3);
-      if (op.Operand(1, 3).kind == Token::Kind::kNumber) graphics_.charSpacing = op.Number(1, 3);
+      if (!ShowsText(op)) return;
+      graphics_.wordSpacing = op.Number(0, 3);
+      graphics_.charSpacing = op.Number(1, 3);
       return NextLine(0, -graphics_.leading);
     case Opcode::kNextLineShow:
       if (!ShowsText(op)) return;

@@ -170,6 +170,7 @@ class PageModel {
   std::string bytes_;
   Slabs<Element> elements_;
   Slabs<ContentList> lists_;
+  std::uint32_t operatorsEnd_ = 0;  ///< behind it stands what no operator takes, such as a string that the end cuts off
   std::vector<PaintedXObject> xobjects_;
   std::vector<Properties> properties_;
   std::vector<CreatedText*> added_;

@@ -184,8 +184,8 @@ void PageModel::CommitProperties(std::uint32_t number) {
 std::uint32_t PageModel::EndOf(std::uint32_t list) {
   constexpr std::uint32_t kEndOperator = 3;  // EMC
   const std::uint32_t owner = lists_[list].owner;
-  if (owner == kNone) return static_cast<std::uint32_t>(bytes_.size());
-  return At(owner).Is(Element::kClosed) ? At(owner).end - kEndOperator : At(owner).end;
+  if (owner == kNone || !At(owner).Is(Element::kClosed)) return operatorsEnd_;
+  return At(owner).end - kEndOperator;
 }
 
 void PageModel::CommitAdditions(std::uint32_t list) {

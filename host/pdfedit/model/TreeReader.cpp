@@ -15,7 +15,15 @@ constexpr std::size_t kDeepestContainer = 256;
 
 void TreeReader::Read() {
   ContentReader reader(content_);
-  while (reader.Next()) ReadOperator(reader);
+  std::size_t end = 0;
+  while (reader.Next()) {
+    ReadOperator(reader);
+    const bool isCutOff = reader.Code() == Opcode::kInlineImage && reader.Image().end == reader.Image().dataEnd;
+    end = isCutOff ? reader.Begin() : reader.End();
+  }
+  const bool hasRest = end < content_.size() && NextToken(content_, end).kind != Token::Kind::kEnd;
+  const bool isWhole = !hasRest && end == reader.End();
+  page_.operatorsEnd_ = static_cast<std::uint32_t>(isWhole ? content_.size() : end);
   for (const std::uint32_t container : open_) {
     page_.At(container).end = static_cast<std::uint32_t>(content_.size());
     page_.At(container).next = page_.Count();

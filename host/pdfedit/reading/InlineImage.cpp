@@ -118,18 +118,33 @@ bool LooksLikeContent(std::string_view content, std::size_t at) {
   });
 }
 
+/// How far data are followed in search of their end, when the first place where it may be is `nearest`. Where the search
+/// comes to nothing the image ends there or behind it, and the next image may begin. The reach is a multiple of the way to
+/// that place, so that images whose data never end cost in proportion to the content, not each a walk over the rest of it.
+/// It is a multiple since the data may hold what looks like an end.
+std::size_t EndOfReach(std::string_view content, std::size_t begin, std::size_t nearest) {
+  constexpr std::size_t kTimes = 32;
+  constexpr std::size_t kLeast = 2048;
+  return std::min(content.size(), begin + kTimes * (nearest - begin) + kLeast);
+}
+
 /// Visits every EI that ends like an operator, `visit(position, stands alone, is followed by content)`, until it returns
 /// true.
 template <typename Visit>
 void ForEachEnd(std::string_view content, std::size_t begin, Visit&& visit) {
-  // Content full of false ends must not cost a walk to its end for each image.
   constexpr int kMostEnds = 256;
   int ends = 0;
-  for (std::size_t at = content.find(kEnd, begin); at != std::string_view::npos; at = content.find(kEnd, at + 1)) {
+  bool isNear = false;
+  std::string_view reach = content;
+  for (std::size_t at = reach.find(kEnd, begin); at != std::string_view::npos; at = reach.find(kEnd, at + 1)) {
     if (!EndsOperator(content, at + kEnd.size())) continue;
     if (++ends > kMostEnds) return;
     const bool isAlone = at == begin || IsWhite(content[at - 1]);
-    if (visit(at, isAlone, LooksLikeContent(content, at + kEnd.size()))) return;
+    const bool isFollowed = LooksLikeContent(content, at + kEnd.size());
+    if (visit(at, isAlone, isFollowed)) return;
+    if (isNear || (!isAlone && !isFollowed)) continue;
+    isNear = true;
+    reach = content.substr(0, EndOfReach(content, begin, at));
   }
 }
 
@@ -154,21 +169,16 @@ struct Reach {
   std::size_t output;  ///< decoded bytes
 };
 
-/// Where following the data fails, the image ends at the first of the ends that SearchEnd chooses from, or behind it, and
-/// the next image may begin there. The reach is a multiple of the way to that place, so that images whose data never end
-/// cost in proportion to the content, not each a walk over the rest of it. It is a multiple since the data may hold what
-/// looks like an end.
 Reach ReachOfData(std::string_view content, std::size_t begin) {
-  constexpr std::size_t kTimes = 32;
-  constexpr std::size_t kLeast = 2048;
   constexpr std::size_t kMostExpansion = 1032;  // of deflate
+  constexpr std::size_t kLeastOutput = 2048;
   std::optional<std::size_t> nearest;
   ForEachEnd(content, begin, [&nearest](std::size_t at, bool isAlone, bool isFollowed) {
     if (isAlone || isFollowed) nearest = at;
     return nearest.has_value();
   });
-  const std::size_t way = nearest.value_or(content.size()) - begin;
-  return {std::min(content.size(), begin + kTimes * way + kLeast), kMostExpansion * way + kLeast};
+  const std::size_t first = nearest.value_or(content.size());
+  return {EndOfReach(content, begin, first), kMostExpansion * (first - begin) + kLeastOutput};
 }
 
 std::optional<std::size_t> EndOfDeflated(std::string_view content, std::size_t begin) {

@@ -76,13 +76,21 @@ std::size_t EndOfRegular(std::string_view bytes, std::size_t at) noexcept {
   return at;
 }
 
-/// A number ends at its second dot, where the next number starts.
+/// A number ends at its second dot and at a sign behind its digits, where the next number starts: content is written without
+/// spaces there. A minus behind the dot is noise.
 std::size_t EndOfNumber(std::string_view bytes, std::size_t at) noexcept {
   bool dot = false;
+  bool digit = false;
   for (; at < bytes.size() && ClassOf(bytes[at]) == kNumeric; ++at) {
-    if (bytes[at] != '.') continue;
-    if (dot) break;
-    dot = true;
+    const char c = bytes[at];
+    if (IsDigit(c)) {
+      digit = true;
+    } else if (c == '.') {
+      if (dot) break;
+      dot = true;
+    } else if (dot ? c == '+' : digit) {
+      break;
+    }
   }
   return at;
 }

@@ -202,11 +202,17 @@ void ContentWriter::Keep(const ContentReader& op) {
       if (ShowsText(op)) move_ = {};
       break;
     case Opcode::kBeginText:
-    case Opcode::kEndText:
     case Opcode::kMoveText:
     case Opcode::kMoveTextSetLeading:
     case Opcode::kTextMatrix:
     case Opcode::kNextLine:
+      move_ = {};
+      break;
+    case Opcode::kEndText:  // viewers keep the position for a show without a text object
+      if (IsMoveSeen(op.End())) {
+        CopyTo(op.Begin());
+        PutMove();
+      }
       move_ = {};
       break;
     case Opcode::kShowText:
@@ -240,7 +246,6 @@ bool ContentWriter::IsMoveSeen(std::size_t offset) {
       case Opcode::kNextLineShow:
       case Opcode::kNextLineShowSpaced:
       case Opcode::kBeginText:
-      case Opcode::kEndText:
       case Opcode::kMoveText:
       case Opcode::kMoveTextSetLeading:
       case Opcode::kTextMatrix:

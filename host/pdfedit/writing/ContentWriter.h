@@ -51,6 +51,7 @@ class ContentWriter {
   void PutMove();
   std::string FontName(DocumentFont& font);
   bool IsMoveSeen(std::size_t offset);
+  bool IsPositionUsed(std::size_t offset) const;
   static double AdjustmentFor(const GraphicsState& graphics, const TextMove& move);
 
   // Removed stretches.

@@ -98,7 +98,7 @@ void ContentWriter::BeginGoneText(const ContentReader& op) {
   while (ahead.NextUpTo(goneEnd_)) {
     switch (ahead.Code()) {
       case Opcode::kEndText:
-        if (clips) return Keep(op);
+        if (clips || IsPositionUsed(ahead.End())) return Keep(op);
         emptyTextEnd_ = ahead.End();
         return Drop(op);
       case Opcode::kTextRender:
@@ -115,6 +115,26 @@ void ContentWriter::BeginGoneText(const ContentReader& op) {
   Keep(op);
 }
 
+/// Whether anything behind a text object goes by the position in which it ended. Viewers keep that over ET.
+bool ContentWriter::IsPositionUsed(std::size_t offset) const {
+  ContentReader ahead(content_, offset);
+  while (ahead.Next()) {
+    if (IsShow(ahead.Code())) return true;
+    switch (ahead.Code()) {
+      case Opcode::kMoveText:
+      case Opcode::kMoveTextSetLeading:
+      case Opcode::kNextLine:
+        return true;
+      case Opcode::kBeginText:
+      case Opcode::kTextMatrix:
+        return false;
+      default:
+        break;
+    }
+  }
+  return false;
+}
+
 void ContentWriter::SaveInGone(const ContentReader& op) {
   Keep(op);
   // The Q of one that stays must not take off an outer one.
@@ -123,9 +143,10 @@ void ContentWriter::SaveInGone(const ContentReader& op) {
   saves_.push_back(out_.size());
 }
 
-/// Between q and Q of one removed stretch nothing paints any more, so all of it can go.
+/// Between q and Q of one removed stretch nothing paints any more, so all of it can go; but a path that was begun there
+/// outlives Q, and may be painted outside.
 void ContentWriter::RestoreInGone(const ContentReader& op) {
-  if (saves_.empty() || state_.IsInText()) {
+  if (saves_.empty() || state_.IsInText() || pathIsOpen_) {
     saves_.clear();
     return Keep(op);
   }
@@ -143,7 +164,6 @@ std::string ContentWriter::LineMoveOf(const ContentReader& op) {
   if (op.Code() != Opcode::kNextLineShowSpaced || !op.Has(3)) return {};
   std::string text;
   for (const std::size_t i : {0, 1}) {
-    if (op.Operand(i, 3).kind != Token::Kind::kNumber) continue;
     text += op.Operand(i, 3).In(op.Content());
     text += i == 0 ? " Tw " : " Tc ";
   }

@@ -138,6 +138,27 @@ TEST(NewText, InsideVerticalTextBesideItsLineSetsThePositionItself) {
   EXPECT_NE(document.Saved().find("Q BT 1 0 0 1 32 10 Tm EMC <0043> Tj ET"), std::string::npos) << document.Saved();
 }
 
+/// Behind a string that never ends nothing would be read.
+TEST(NewText, StandsInFrontOfWhatIsCutOff) {
+  for (const std::string rest : {"[(trunc", "(trunc", "1 2 /N", "<</A", "BI /W 9 ID abc"}) {
+    ContentDocument document("BT /F1 10 Tf (a) Tj ET " + rest);
+    NewText made;
+    made.Add("x", FontOfFirst(document));
+    WriteContent().PDEContentAddElem(document.Root(), 0x7FFFFFFE, made.text);
+    document.Commit();
+    EXPECT_EQ(document.Saved(), "BT /F1 10 Tf (a) Tj ET " + NewTextOperators("<78>") + " " + rest);
+  }
+}
+
+TEST(NewText, StandsInFrontOfWhatIsCutOffInAContainerThatNeverEnds) {
+  ContentDocument document("BT /F1 10 Tf (a) Tj ET /P BMC /Im Do (trunc");
+  NewText made;
+  made.Add("x", FontOfFirst(document));
+  WriteContent().PDEContentAddElem(document.ListAt({1}), 0x7FFFFFFE, made.text);
+  document.Commit();
+  EXPECT_EQ(document.Saved(), "BT /F1 10 Tf (a) Tj ET /P BMC /Im Do " + NewTextOperators("<78>") + " (trunc");
+}
+
 TEST(NewText, GetsANameInTheResourcesWhenItsFontHasNone) {
   ContentDocument document("/Gs gs BT (a) Tj ET");
   QPDFObjectHandle resources = document.Dictionary().getKey("/Resources");

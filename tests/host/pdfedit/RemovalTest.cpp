@@ -114,7 +114,26 @@ TEST(Removal, KeepsTextThatClips) {
 }
 
 TEST(Removal, TakesOutOneTextOfTextObjectWithState) {
-  EXPECT_EQ(Without("BT /F1 10 Tf 5 5 Td (a) Tj 2 Tc (b) Tj ET (x) Tj", {0}), "BT /F1 10 Tf 5 5 Td 2 Tc ET (x) Tj");
+  EXPECT_EQ(Without("BT /F1 10 Tf 5 5 Td (a) Tj 2 Tc (b) Tj ET (x) Tj", {0}),
+            "BT /F1 10 Tf 5 5 Td 2 Tc [-1400] TJ ET (x) Tj");
+}
+
+TEST(Removal, KeepsThePositionThatTextBehindTheTextObjectTakesOver) {
+  EXPECT_EQ(Without("BT /F1 10 Tf 5 5 Td /P BMC (a) Tj EMC ET (x) Tj", {0}), "BT /F1 10 Tf 5 5 Td [-600] TJ ET (x) Tj");
+  EXPECT_EQ(Without("/P BMC BT /F1 10 Tf 5 5 Td (a) Tj ET EMC (x) Tj", {0}), "BT /F1 10 Tf 5 5 Td [-600] TJ ET (x) Tj");
+  EXPECT_EQ(Without("/P BMC BT /F1 10 Tf 5 5 Td (a) Tj ET EMC 0 -9 Td (x) Tj", {0}),
+            "BT /F1 10 Tf 5 5 Td ET 0 -9 Td (x) Tj");
+  EXPECT_EQ(Without("/P BMC BT /F1 10 Tf 5 5 Td (a) Tj ET EMC 1 0 0 1 3 3 Tm (x) Tj", {0}),
+            "/F1 10 Tf 1 0 0 1 3 3 Tm (x) Tj");
+}
+
+TEST(Removal, KeepsAPathThatIsPaintedBehindItsGraphicsState) {
+  EXPECT_EQ(Without("/A BMC q 0 0 m 50 50 l Q EMC S", {0}), "q 0 0 m 50 50 l Q S");
+}
+
+TEST(Removal, LeavesAShowWithWrongOperandsWhereItIs) {
+  EXPECT_EQ(Without("BT /F1 12 Tf /A BMC (x) (y) (hello) \" (a) \" EMC (b) Tj ET", {0}),
+            "BT /F1 12 Tf (x) (y) (hello) \" (a) \" (b) Tj ET");
 }
 
 TEST(Removal, WorksAtAnyDepth) {

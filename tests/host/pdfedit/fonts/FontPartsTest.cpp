@@ -23,7 +23,7 @@ class FontPartsTest : public testing::Test {
     stream.replaceStreamData(write, QPDFObjectHandle::newNull(), QPDFObjectHandle::newNull());
     return stream;
   }
-  static std::unique_ptr<Font> Read(const std::string& dictionary, const char* key, QPDFObjectHandle value,
+  static std::unique_ptr<Font> Read(const std::string& dictionary, const char* key, const QPDFObjectHandle& value,
                                     FontParts& parts) {
     QPDFObjectHandle font = QPDFObjectHandle::parse(dictionary);
     font.replaceKey(key, value);

@@ -64,6 +64,18 @@ TEST(ContentReader, SurvivesAnyNumberOfOperands) {
   EXPECT_EQ(reader.Number(1, 2), 999);
 }
 
+TEST(ContentReader, TakesASignBehindDigitsForTheNextNumber) {
+  ContentReader reader("0-12 Td 1.5-3+2 m 50- Tc");
+  ASSERT_TRUE(reader.Next());
+  ASSERT_TRUE(reader.HasNumbers(2));
+  EXPECT_EQ(reader.Number(1, 2), -12);
+  ASSERT_TRUE(reader.Next());
+  EXPECT_EQ(reader.Number(0, 2), 1.53);
+  EXPECT_EQ(reader.Number(1, 2), 2);
+  ASSERT_TRUE(reader.Next());
+  EXPECT_EQ(reader.Number(0, 1), 0);
+}
+
 TEST(ContentReader, SeesThatOperandsAreMissingOrWrong) {
   ContentReader reader("1 (a) m 1 m");
   ASSERT_TRUE(reader.Next());
@@ -157,8 +169,17 @@ TEST(InlineImages, WhoseDeflatedDataNeverEndCostInProportion) {
     header += static_cast<char>((number >> 8U) & 0xFFU);
   }
   std::string content;
-  for (std::size_t i = 0; i < kManyImages; ++i) content += begin + header + end;
+  for (std::size_t i = 0; i < kManyImages; ++i) content.append(begin).append(header).append(end);
   EXPECT_EQ(CountImages(content), kManyImages);
+}
+
+/// The last images of a row have false ends enough of their own, and then nothing but bytes that are almost an end.
+TEST(InlineImages, WithFalseEndsInFrontOfMuchElseCostInProportion) {
+  constexpr std::size_t kImages = 250;
+  std::string content;
+  for (std::size_t i = 0; i < kImages; ++i) content += "BI ID EI \x80 ";
+  for (std::size_t i = 0; i < 64'000'000; ++i) content += i % 2 == 0 ? 'E' : 'F';
+  EXPECT_EQ(CountImages(content), kImages);
 }
 
 TEST(InlineImages, AreFollowedPastWhatLooksLikeTheirEnd) {

@@ -133,6 +133,22 @@ TEST_F(RemoveTextFrameMarkersTest, WalksAPageOnceForAllItsMarkers) {
   EXPECT_THAT(ReadBack(open.Save()).Content(1), Not(HasSubstr("(start)")));
 }
 
+TEST_F(RemoveTextFrameMarkersTest, FindsMarkersInAnyOrderOnTheirPageWithoutASearch) {
+  constexpr int kMarkers = 500;
+  for (int i = 0; i < kMarkers; ++i) page.Add(Marked("Span", "<</MCID " + std::to_string(i) + ">>", {Text("start")}));
+  Element document("Document");
+  for (int i = kMarkers; i-- > 0;) document.Add(Element("Span").Alt(u"TEXTFRAME_START").Mcid(page, i * 7 % kMarkers));
+  doc.Tree({document});
+  OpenDocument open(doc.Write());
+  test::RecordingHost host;
+  {
+    const test::HostSession session(host.Tables());
+    EXPECT_EQ(open.Action(kRemoveFrameMarkers), kSuccess);
+  }
+  EXPECT_LT(host.Count(Operation::PDEContentGetElem), 8U * kMarkers);
+  EXPECT_THAT(ReadBack(open.Save()).Content(1), Not(HasSubstr("(start)")));
+}
+
 TEST_F(RemoveTextFrameMarkersTest, PassesOverTheKidBehindARemovedObjectReference) {
   doc.Tree({Element("Document")({Element("Span")
                                      .Alt(u"TEXTFRAME_START")
