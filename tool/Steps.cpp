@@ -40,7 +40,7 @@ constexpr Step kSteps[] = {
     {kFix, 0x20, "language-brackets", "", "write languages in brackets"},
     {kFix, 0x40, "table-headers-footers", "", "keep the first head and the last foot of tables that repeat them"},
     {kFix, 0x80, "table-layout", "", "dissolve tables that hold other elements than those of tables"},
-    {kFix, 0x100, "button-widgets", "", "turn the widgets of push buttons into stamps"},
+    {kFix, 0x100, "button-widgets", "", "turn buttons and boxes of forms into stamps"},
     {kFix, 0x200, "role-map", "", "remove types that are mapped to themselves from the role map"},
     {kTool, 0, "plain-languages", "", "write languages in brackets the way that readers know: [Lang=de] becomes de"},
 };

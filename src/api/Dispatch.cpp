@@ -71,8 +71,8 @@ int RemoveDummyImagesOfAllPages(PDDoc document, const char*) {
   return TGX_OK;
 }
 
-/// Opens the document at the path for the time of the run. A failure leaves it open and its path object alive: they are the
-/// host's to end with the call.
+/// Opens the document at the path for the time of the run. A failure leaves it open and its path object alive, as hosts are
+/// told; the embedded host has both until the process ends.
 int SynchroniseForms(PDDoc document, const char* path) {
   const ASFileSys fileSystem = ASGetDefaultFileSys();
   if (path == nullptr) return TGX_NO_PATH;

@@ -29,6 +29,9 @@ constexpr Entry kEntries[] = {
     {"MK", Owner::Widget, Crossing::Dictionary}, {"AP", Owner::Widget, Crossing::Dictionary},
 };
 
+/// What a pair of kids costs of the budget.
+constexpr std::int64_t kCostOfPair = 8;
+
 CosObj CopyOfDictionary(CosObj source, CosDoc document, CopyBudget& budget) {
   const CosObj copy = CosNewDict(document, CosObjIsIndirect(source), 0);
   DeepCopyDictionary(source, copy, KnownKeys::Overwrite, budget);
@@ -165,6 +168,8 @@ void AcroFormSync::PairKids(const AcroFormField& source, const AcroFormField& ta
   const std::vector<CosObj> sourceKids = source.Kids();
   const std::vector<CosObj> targetKids = target.Kids();
   if (sourceKids.size() != targetKids.size()) return;
+  // Many fields can have one array of kids.
+  budget_.Spend(kCostOfPair * static_cast<std::int64_t>(sourceKids.size()));
   for (std::size_t i = 0; i < sourceKids.size(); ++i) {
     AcroFormField* targetKid = kids_.emplace_back(std::make_unique<AcroFormField>(targetKids[i])).get();
     AcroFormField* sourceKid = kids_.emplace_back(std::make_unique<AcroFormField>(sourceKids[i])).get();

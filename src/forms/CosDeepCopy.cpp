@@ -17,7 +17,7 @@ using OpenStream = std::unique_ptr<std::remove_pointer_t<ASStm>, CloseStream>;
 /// A value in the making: arrays and dictionaries are made empty and filled by a second step, since a dictionary stores them
 /// first and an array last.
 CosObj NewValue(CosDoc document, CosObj source, CopyBudget& budget) {
-  budget.SpendOne();
+  budget.Spend(1);
   const ASBool indirect = CosObjIsIndirect(source);
   switch (CosObjGetType(source)) {
     case CosInteger:
@@ -31,6 +31,7 @@ CosObj NewValue(CosDoc document, CosObj source, CopyBudget& budget) {
     case CosString: {
       ASTArraySize count = 0;
       const char* bytes = CosStringValue(source, &count);
+      budget.SpendData(count);
       return count == 0 ? CosNewNull() : CosNewString(document, indirect, bytes, count);
     }
     case CosArray:
@@ -41,7 +42,9 @@ CosObj NewValue(CosDoc document, CosObj source, CopyBudget& budget) {
       const CosObj attributes = CosNewDict(document, 0, 0);
       DeepCopyDictionary(CosStreamDict(source), attributes, KnownKeys::Overwrite, budget);
       const OpenStream data(CosStreamOpenStm(source, cosOpenRaw));
-      return CosNewStream(document, 1, data.get(), 0, 0, attributes, CosNewNull(), -1);
+      const CosObj copy = CosNewStream(document, 1, data.get(), 0, 0, attributes, CosNewNull(), -1);
+      budget.SpendData(CosStreamLength(copy));
+      return copy;
     }
     default:
       return CosNewName(document, 0, ASAtomFromString("Not implemented sync"));
@@ -56,8 +59,9 @@ void FillValue(CosObj source, CosObj copy, KnownKeys knownKeys, CopyBudget& budg
 
 }  // namespace
 
-void CopyBudget::SpendOne() {
-  if (left_-- <= 0) throw std::runtime_error("the second form refers to the same values too often to copy them all");
+void CopyBudget::Spend(std::int64_t values) {
+  if (values > left_) throw std::runtime_error("the second form refers to the same values too often to copy them all");
+  left_ -= values;
 }
 
 void DeepCopyDictionary(CosObj source, CosObj destination, KnownKeys knownKeys, CopyBudget& budget) {

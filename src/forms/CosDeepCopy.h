@@ -15,10 +15,14 @@ class CopyBudget {
  public:
   explicit CopyBudget(std::int64_t values) : left_(values) {}
 
-  /// Throws std::runtime_error when nothing is left.
-  void SpendOne();
+  /// Throw std::runtime_error when nothing is left.
+  void Spend(std::int64_t values);
+  /// For the bytes of a string or a stream: so many of them weigh as much as a value.
+  void SpendData(std::int64_t bytes) { Spend(bytes / kBytesOfAValue); }
 
  private:
+  static constexpr std::int64_t kBytesOfAValue = 256;
+
   std::int64_t left_;
 };
 

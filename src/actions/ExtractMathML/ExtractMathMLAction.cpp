@@ -4,6 +4,7 @@
 
 #include "src/actions/ExtractMathML/StructureKid.h"
 #include "src/common/AnnotHelpers.h"
+#include "src/common/PageReference.h"
 #include "src/common/StructureUtils.h"
 #include "src/common/TagStructureWalker.h"
 
@@ -132,8 +133,8 @@ void ExtractMathMLAction::BuildFormula(FormulaEntry& entry) {
 
 CosObj ExtractMathMLAction::CreateAnnotation(FormulaEntry& entry, PDSElement& parent, CosObj cosPage) {
   const ASFixedRect box = BoxOfKids(parent);
-  const PDPage page = PDDocAcquirePage(GetDocument(), PDPageNumFromCosObj(cosPage));
-  const CosObj annotation = CreateHighlightAnnot(page, box);
+  const PageReference page(PDDocAcquirePage(GetDocument(), PDPageNumFromCosObj(cosPage)));
+  const CosObj annotation = CreateHighlightAnnot(page.Get(), box);
   SetYellow(annotation);
   SetHighlightOpacity(annotation, kHighlightOpacity);
   SetAnnotFlags(annotation, kPrintFlag);

@@ -39,6 +39,13 @@ std::string FormWith(const std::string& value) {
   doc.Field(page, "name", "Tx", value).Set("A", "<</S/Named/N/NextPage>>").Set("Opt", "[(a)[1 2.5 true]]").Set("Ff", "2");
   doc.Field(page, "go", "Btn", "/On").Set("AP", "<</N $face>>");
   doc.Stream("face", "<</Type/XObject/Subtype/Form/BBox[0 0 9 9]>>", "0 0 9 9 re f");
+  doc.Patch([value](QPDF& pdf) {
+    QPDFObjectHandle form = pdf.getRoot().getKey("/AcroForm");
+    form.getKey("/Fields").appendItem(QPDFObjectHandle::parse("<</T(group)/Kids[<</FT/Tx/V" + value + ">>]>>"));
+    form.replaceKey("/CO", QPDFObjectHandle::parse("[<</T(name)>>]"));
+    form.replaceKey("/DR", QPDFObjectHandle::parse("<</Font<</" + value.substr(1, 5) + "<</Type/Font>>>>/Encoding<<>>>>"));
+    form.replaceKey("/SigFlags", QPDFObjectHandle::newInteger(3));
+  });
   doc.Tree({});
   return doc.Write();
 }
@@ -147,7 +154,13 @@ std::string WithFormulas() {
   TestDocument doc;
   Page& page = doc.AddPage();
   doc.Tree({Element("Document")({
-      Element("P").Add(mark(u"MATHML_1_START")).Text(page, "x").Add(mark(u"MATHML_1_END")),
+      Element("P")
+          .Add(mark(u"MATHML_1_START").Text(page, "start"))
+          .Text(page, "x")
+          .Add(Element("Span").Text(page, "y"))
+          .Object(page.Link("https://example.org/"))
+          .Add(mark(u"MATHML_1_END")),
+      Element("Sect").Title(u"\x0CF1\x2318\x2328")({mark(u"MATHML_1_CONTENT_MathML:m").Text(page, "source")}),
   })});
   return doc.Write();
 }
@@ -292,7 +305,7 @@ const SweptOperation kOperations[] = {
     {"ReshuffleFrames", 14, 0, WithAnchoredFrames, nullptr, {.staysOpen = kPagesAndContents}},
     {"MakeNotesOfEndNotes", 15, 0, WithOwnTypes},
     {"FixGroupTags", 16, 0, WithOwnTypes},
-    {"ExtractMathML", 17, 0, WithFormulas, nullptr, {.staysOpen = kPagesAndContents}},
+    {"ExtractMathML", 17, 0, WithFormulas, nullptr, {.staysOpen = kContents}},
     {"DoNothing", 18, 0, WithOwnTypes, nullptr, {.changesNothing = true}},
     {"RemoveDoubleBullets", -1, 0x1, WithDoubleBullets, nullptr, {.staysOpen = kPagesAndContents}},
     {"RemoveExtraParagraphs", -1, 0x2, WithExtraParagraphs},

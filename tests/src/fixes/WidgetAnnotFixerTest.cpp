@@ -1,5 +1,7 @@
 #include <gtest/gtest.h>
 
+#include "src/fixes/FixWidgetAnnot/WidgetAnnotFixer.h"
+#include "tests/support/Hosts.h"
 #include "tests/support/OpenDocument.h"
 #include "tests/support/TestDocument.h"
 #include "tests/support/TreeText.h"
@@ -20,7 +22,12 @@ class WidgetAnnot : public testing::Test {
   WidgetAnnot() { document_.Stream("face", "<</Type/XObject/Subtype/Form/BBox[0 0 10 10]>>", "0 0 10 10 re f"); }
 
   Annotation Button(const std::string& name) {
-    return document_.Field(page_, name.c_str(), "Btn").Set("AP", "<</N $face>>").Set("MK", "<</CA(Go)>>").Set("Ff", "65536");
+    return document_.Field(page_, name.c_str(), "Btn")
+        .Set("AP", "<</N $face>>")
+        .Set("MK", "<</CA(Go)>>")
+        .Set("Ff", "65536")
+        .Set("C", "[1 0 0]")
+        .Set("F", "6");
   }
 
   QPDFObjectHandle FixedAnnotation(int index = 0) {
@@ -40,11 +47,18 @@ class WidgetAnnot : public testing::Test {
 
 TEST_F(WidgetAnnot, MakesAStampOfAButton) {
   Button("go");
+  const std::vector<const char*> lost = {"/P", "/MK", "/Ff", "/C", "/F", "/FT", "/T"};
+  document_.Tree({Element("Document")});
+  test::ReadBack before(document_.Write());
+  for (const char* key : lost) {
+    EXPECT_TRUE(before.Page(1).getKey("/Annots").getArrayItem(0).hasKey(key)) << "nothing to lose: " << key;
+  }
   QPDFObjectHandle stamp = FixedAnnotation();
   EXPECT_EQ(stamp.getKey("/Subtype").unparse(), "/Stamp");
   EXPECT_EQ(stamp.getKey("/H").unparse(), "/I");
   EXPECT_EQ(stamp.getKey("/Border").unparse(), "[ 0 0 1 ]");
-  for (const char* key : {"/P", "/MK", "/Ff", "/C", "/F", "/FT", "/T"}) EXPECT_FALSE(stamp.hasKey(key)) << key;
+  for (const char* key : {"/Subtype", "/H", "/Border"}) EXPECT_FALSE(stamp.getKey(key).isIndirect()) << key;
+  for (const char* key : lost) EXPECT_FALSE(stamp.hasKey(key)) << key;
 }
 
 TEST_F(WidgetAnnot, KeepsTheAppearanceButNotItsSubtype) {
@@ -54,6 +68,39 @@ TEST_F(WidgetAnnot, KeepsTheAppearanceButNotItsSubtype) {
   EXPECT_FALSE(face.getDict().hasKey("/Subtype"));
   EXPECT_EQ(face.getDict().getKey("/BBox").unparse(), "[ 0 0 10 10 ]");
 }
+
+TEST_F(WidgetAnnot, MakesAStampOfABoxWithAnAppearanceForEachState) {
+  Button("box").Set("AP", "<</N<</On $face/Subtype/X>>>>");
+  QPDFObjectHandle stamp = FixedAnnotation();
+  EXPECT_EQ(stamp.getKey("/Subtype").unparse(), "/Stamp");
+  QPDFObjectHandle faces = stamp.getKey("/AP").getKey("/N");
+  EXPECT_FALSE(faces.hasKey("/Subtype"));
+  EXPECT_EQ(faces.getKey("/On").getDict().getKey("/Subtype").unparse(), "/Form");
+}
+
+TEST_F(WidgetAnnot, FixesButtonsOfAllPagesAndReleasesThePages) {
+  test::Page& second = document_.AddPage();
+  document_.Field(second, "go", "Btn").Set("AP", "<</N $face>>");
+  document_.Tree({Element("Document")});
+  OpenDocument open(document_.Write());
+  test::CountingHost host;
+  const test::HostSession session(host.Tables());
+  EXPECT_EQ(open.Fixups(kButtonWidgets), test::kSuccess);
+  EXPECT_TRUE(host.Uneven().empty()) << testing::PrintToString(host.Uneven());
+  test::ReadBack file(open.Save());
+  EXPECT_EQ(file.Page(2).getKey("/Annots").getArrayItem(0).getKey("/Subtype").unparse(), "/Stamp");
+}
+
+TEST_F(WidgetAnnot, EndsWithTheHostsRaiseForATypeThatIsNoName) {
+  Button("go").Set("FT", "(Btn)");
+  document_.Tree({Element("Document")});
+  OpenDocument open(document_.Write());
+  const test::Outcome outcome = open.Fixups(kButtonWidgets);
+  EXPECT_EQ(outcome.result, TGX_FAILED);
+  EXPECT_NE(outcome.text, "");
+}
+
+TEST(WidgetAnnotFixer, FailsWithoutADocument) { EXPECT_FALSE(WidgetAnnotFixer().Run(nullptr)); }
 
 TEST_F(WidgetAnnot, LeavesATextFieldAlone) {
   document_.Field(page_, "name", "Tx");

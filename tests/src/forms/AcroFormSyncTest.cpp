@@ -260,6 +260,133 @@ TEST_F(AcroFormSync, PairsNoKidsWhenTheirNumbersDiffer) {
   EXPECT_EQ(kids.getArrayItem(1).getKey("/AS").unparse(), "/Old1");
 }
 
+/// A field "group" whose one kid has these entries.
+void AddGroupOf(Form& form, const std::string& kid) {
+  form.document.Object("kid", "<</Type/Annot/Subtype/Widget/Rect[0 0 1 1]" + kid + ">>");
+  form.document.Object("group", "<</T(group)/Kids[$kid]>>");
+  form.document.SetCatalog("AcroForm", "<</Fields[$group]>>");
+}
+
+TEST_F(AcroFormSync, SkipsKidsThatAgreeNeitherInTypeNorInName) {
+  AddGroupOf(target_, "/FT/Btn/T(a)/TU(old)");
+  AddGroupOf(source_, "/FT/Tx/T(b)/TU(new)");
+  EXPECT_EQ(Synchronise(), test::kSuccess);
+  EXPECT_EQ(Field().getKey("/Kids").getArrayItem(0).getKey("/TU").unparse(), "(old)");
+}
+
+TEST_F(AcroFormSync, TakesKidsThatAgreeInTypeOnly) {
+  AddGroupOf(target_, "/FT/Btn/T(a)/TU(old)");
+  AddGroupOf(source_, "/FT/Btn/T(b)/TU(new)");
+  EXPECT_EQ(Synchronise(), test::kSuccess);
+  EXPECT_EQ(Field().getKey("/Kids").getArrayItem(0).getKey("/TU").unparse(), "(new)");
+}
+
+TEST_F(AcroFormSync, DoesNotLookAtTheKidsOfKids) {
+  for (Form* form : {&target_, &source_}) {
+    form->document.Object("leaf", form == &source_ ? "<</FT/Tx/T(leaf)/TU(new)>>" : "<</FT/Tx/T(leaf)/TU(old)>>");
+    AddGroupOf(*form, "/T(a)/Kids[$leaf]");
+  }
+  EXPECT_EQ(Synchronise(), test::kSuccess);
+  QPDFObjectHandle leaf = Field().getKey("/Kids").getArrayItem(0).getKey("/Kids").getArrayItem(0);
+  EXPECT_EQ(leaf.getKey("/TU").unparse(), "(old)");
+}
+
+TEST_F(AcroFormSync, GivesUpWhereAllFieldsHaveTheSameManyKids) {
+  constexpr int kMany = 30;
+  for (Form* form : {&target_, &source_}) {
+    std::string kids;
+    std::string fields;
+    for (int i = 0; i < kMany; ++i) {
+      kids += "<</T(kid)>>";
+      fields += "<</T(n)/Kids $kids>>";
+    }
+    form->document.Object("kids", "[" + kids + "]").SetCatalog("AcroForm", "<</Fields[" + fields + "]>>");
+  }
+  OpenDocument target(target_.document.Write());
+  OpenDocument source(source_.document.Write());
+  const test::HostSession session;
+  acroform::AcroFormSync(8 * kMany * kMany).Run(target.Handle(), source.Handle());
+  EXPECT_THROW(acroform::AcroFormSync(8 * kMany * kMany - 1).Run(target.Handle(), source.Handle()), std::runtime_error);
+}
+
+TEST_F(AcroFormSync, GivesDictionariesAndArraysTheIndirectionOfTheSource) {
+  const std::vector<std::string> keys = {"A", "AA", "BS", "MK", "AP", "Opt", "I"};
+  target_.Text("direct");
+  target_.Text("indirect");
+  Annotation direct = source_.Text("direct");
+  Annotation indirect = source_.Text("indirect");
+  for (const std::string& key : keys) {
+    const std::string value = key == "Opt" || key == "I" ? "[1]" : "<</X 1>>";
+    source_.document.Object("value" + key, value);
+    direct.Set(key, value);
+    indirect.Set(key, "$value" + key);
+  }
+  EXPECT_EQ(Synchronise(), test::kSuccess);
+  for (const std::string& key : keys) {
+    EXPECT_FALSE(Field(0).getKey("/" + key).isNull()) << key;
+    EXPECT_FALSE(Field(0).getKey("/" + key).isIndirect()) << key;
+    EXPECT_TRUE(Field(1).getKey("/" + key).isIndirect()) << key;
+  }
+}
+
+TEST_F(AcroFormSync, TakesTheFirstKidThatIsAnAnnotationForTheWidget) {
+  for (Form* form : {&target_, &source_}) {
+    const std::string state = form == &source_ ? "/New" : "/Old";
+    form->document.SetCatalog("AcroForm", "<</Fields[<</FT/Btn/T(group)/Kids[7<</T(none)>><</Type/Annot/AS" + state +
+                                              "1>><</Type/Annot/AS" + state + "2>>" + (form == &source_ ? "[]" : "") +
+                                              "]>>]>>");
+  }
+  EXPECT_EQ(Synchronise(), test::kSuccess);
+  QPDFObjectHandle kids = Field().getKey("/Kids");
+  EXPECT_EQ(kids.getArrayItem(2).getKey("/AS").unparse(), "/New1");
+  EXPECT_EQ(kids.getArrayItem(3).getKey("/AS").unparse(), "/Old2") << "the numbers of kids differ, so none pair";
+}
+
+TEST_F(AcroFormSync, NeedsNoWidget) {
+  for (Form* form : {&target_, &source_}) {
+    const std::string value = form == &source_ ? "(new)" : "(old)";
+    form->document.SetCatalog("AcroForm", "<</Fields[<</FT/Tx/T(n)/DA" + value + "/V" + value + "/Kids[<</T(kid)>>]>>]>>");
+  }
+  EXPECT_EQ(Synchronise(), test::kSuccess);
+  EXPECT_EQ(Entry("/V"), "(new)");
+  EXPECT_EQ(Entry("/DA"), "(old)");
+}
+
+TEST_F(AcroFormSync, DoesNotReadATextThatIsAName) {
+  target_.Text("name", "(old)").Set("DV", "(old)");
+  source_.Text("name", "/Name").Set("DV", "/Name");
+  EXPECT_EQ(Synchronise(), test::kSuccess);
+  EXPECT_EQ(Entry("/V"), "(old)");
+  EXPECT_EQ(Entry("/DV"), "(old)");
+}
+
+TEST_F(AcroFormSync, DoesNotReadEntriesOfOtherTypes) {
+  target_.Text("name").Set("TU", "(old)").Set("Ff", "1").Set("Opt", "[1]").Set("A", "<</Old 1>>").Set("H", "/N");
+  source_.Text("name").Set("TU", "/New").Set("Ff", "2.5").Set("Opt", "<<>>").Set("A", "[2]").Set("H", "(I)");
+  EXPECT_EQ(Synchronise(), test::kSuccess);
+  EXPECT_EQ(Entry("/TU"), "(old)");
+  EXPECT_EQ(Entry("/Ff"), "1");
+  EXPECT_EQ(Entry("/Opt"), "[ 1 ]");
+  EXPECT_EQ(Entry("/A"), "<< /Old 1 >>");
+  EXPECT_EQ(Entry("/H"), "/N");
+}
+
+TEST_F(AcroFormSync, FailsWithTheHostsTextForANameThatIsNoString) {
+  target_.Text("name", "(old)");
+  source_.Text("name", "(new)").Set("T", "7");
+  const test::Outcome outcome = Synchronise();
+  EXPECT_EQ(outcome.result, TGX_FAILED);
+  EXPECT_NE(outcome.text.find("not a string"), std::string::npos) << outcome;
+}
+
+TEST_F(AcroFormSync, ReadsNamesOnlyAsFarAsTheyAreNeeded) {
+  target_.Text("name", "(old)");
+  source_.Text("name", "(new)");
+  source_.Text("another").Set("T", "7");
+  EXPECT_EQ(Synchronise(), test::kSuccess);
+  EXPECT_EQ(Entry("/V"), "(new)");
+}
+
 TEST_F(AcroFormSync, LeavesTheParentReferencesOutOfWhatItCopies) {
   target_.Text("name");
   source_.Text("name").Set("A", "<</S/Named/P 1/Next<</S/Named/P 2>>>>");
@@ -381,6 +508,77 @@ TEST_F(AcroFormSync, ReplacesTheCalculationOrderByACopy) {
   EXPECT_EQ(FormDictionary().getKey("/CO").unparse(), "[ << /T (a) >> ]");
 }
 
+TEST_F(AcroFormSync, CopiesTheFieldsOfTheCalculationOrder) {
+  target_.document.Object("field", "<</FT/Tx/T(a)/V(old)>>");
+  source_.document.Object("field", "<</FT/Tx/T(a)/V(new)>>").Object("order", "[$field]");
+  target_.document.SetCatalog("AcroForm", "<</Fields[$field]/CO[$field]>>");
+  source_.document.SetCatalog("AcroForm", "<</Fields[$field]/CO $order>>");
+  EXPECT_EQ(Synchronise(), test::kSuccess);
+  QPDFObjectHandle order = FormDictionary().getKey("/CO");
+  EXPECT_TRUE(order.isIndirect()) << "as in the second document";
+  ASSERT_EQ(order.getArrayNItems(), 1);
+  EXPECT_EQ(order.getArrayItem(0).getKey("/V").unparse(), "(new)");
+  EXPECT_NE(order.getArrayItem(0).getObjGen(), Field().getObjGen());
+}
+
+TEST_F(AcroFormSync, KeepsACalculationOrderThatTheSourceLacks) {
+  target_.document.SetCatalog("AcroForm", "<</Fields[]/CO[1]>>");
+  source_.document.SetCatalog("AcroForm", "<</Fields[]>>");
+  EXPECT_EQ(Synchronise(), test::kSuccess);
+  EXPECT_EQ(FormDictionary().getKey("/CO").unparse(), "[ 1 ]");
+}
+
+TEST_F(AcroFormSync, EmptiesTheCalculationOrderForOneThatIsNoArray) {
+  target_.document.SetCatalog("AcroForm", "<</Fields[]/CO[1]>>");
+  source_.document.SetCatalog("AcroForm", "<</Fields[]/CO<</A 1>>>>");
+  EXPECT_EQ(Synchronise(), test::kSuccess);
+  EXPECT_EQ(FormDictionary().getKey("/CO").unparse(), "[ ]");
+}
+
+TEST_F(AcroFormSync, FailsWithTheHostsTextForSignatureFlagsThatAreNoInteger) {
+  target_.document.SetCatalog("AcroForm", "<</Fields[]>>");
+  source_.document.SetCatalog("AcroForm", "<</Fields[]/SigFlags/Three>>");
+  const test::Outcome outcome = Synchronise();
+  EXPECT_EQ(outcome.result, TGX_FAILED);
+  EXPECT_NE(outcome.text.find("integer"), std::string::npos) << outcome;
+}
+
+TEST_F(AcroFormSync, AddsNoKindOfResourcesThatTheTargetLacks) {
+  target_.document.SetCatalog("AcroForm", "<</Fields[]/DR<</Font<<>>>>>>");
+  source_.document.SetCatalog("AcroForm", "<</Fields[]/DR<</Font<<>>/Encoding<</E 1>>/XObject<</X 1>>>>>>");
+  EXPECT_EQ(Synchronise(), test::kSuccess);
+  EXPECT_EQ(FormDictionary().getKey("/DR").unparse(), "<< /Font << >> >>");
+}
+
+TEST_F(AcroFormSync, FailsForAnActionThatLeadsBackThroughAPage) {
+  target_.Button("go");
+  source_.document.Object("page", "<</Annots[$field]>>").Object("field", "<</FT/Btn/T(go)/A<</S/GoTo/D[$page/Fit]>>>>");
+  source_.document.SetCatalog("AcroForm", "<</Fields[$field]>>");
+  const test::Outcome outcome = Synchronise();
+  EXPECT_EQ(outcome.result, TGX_FAILED);
+  EXPECT_NE(outcome.text.find("deeper than 500 levels"), std::string::npos) << outcome;
+}
+
+TEST_F(AcroFormSync, FailsForACalculationOrderOfFieldsWithKids) {
+  target_.document.SetCatalog("AcroForm", "<</Fields[]>>");
+  source_.document.Object("field", "<</T(a)/Kids[$kid]>>").Object("kid", "<</Parent $field>>");
+  source_.document.SetCatalog("AcroForm", "<</Fields[]/CO[$field]>>");
+  const test::Outcome outcome = Synchronise();
+  EXPECT_EQ(outcome.result, TGX_FAILED);
+  EXPECT_NE(outcome.text.find("deeper than 500 levels"), std::string::npos) << outcome;
+}
+
+TEST_F(AcroFormSync, StopsWhereTheSameDataWouldBeCopiedAgainAndAgain) {
+  source_.document.Stream("large", "<<>>", std::string(256 * 100, 'x'));
+  target_.Text("name");
+  source_.Text("name").Set("A", "<</One $large/Two $large/Three $large>>");
+  OpenDocument target(target_.document.Write([](QPDFWriter& writer) { writer.setCompressStreams(false); }));
+  OpenDocument source(source_.document.Write([](QPDFWriter& writer) { writer.setCompressStreams(false); }));
+  const test::HostSession session;
+  acroform::AcroFormSync(400).Run(target.Handle(), source.Handle());
+  EXPECT_THROW(acroform::AcroFormSync(290).Run(target.Handle(), source.Handle()), std::runtime_error);
+}
+
 TEST_F(AcroFormSync, WritesTheSignatureFlagsAsADirectInteger) {
   source_.document.Object("flags", "3");
   target_.document.SetCatalog("AcroForm", "<</Fields[]/SigFlags 1>>");
@@ -450,8 +648,13 @@ class SecondDocument : public AcroFormSync {
 };
 
 TEST_F(SecondDocument, IsReadThroughAnEncryptionWithoutAPassword) {
+  target_.Text("shown");
+  source_.document.Stream("face", "<</Type/XObject/Subtype/Form/BBox[0 0 9 9]>>", "0 0 9 9 re f");
+  source_.Text("shown").Set("AP", "<</N $face>>");
   EXPECT_EQ(SynchroniseWith(Encrypted("")), test::kSuccess);
   EXPECT_EQ(Entry("/V"), "(new)");
+  const auto data = Field(1).getKey("/AP").getKey("/N").getStreamData();
+  EXPECT_EQ(std::string(reinterpret_cast<const char*>(data->getBuffer()), data->getSize()), "0 0 9 9 re f");
 }
 
 TEST_F(SecondDocument, IsRefusedWhereItNeedsAPassword) {
@@ -477,6 +680,24 @@ TEST_F(SecondDocument, MayBeTheFileOfTheFirstWhichStaysAsItIs) {
   EXPECT_EQ(SynchroniseWith(bytes), test::kSuccess);
   EXPECT_EQ(Entry("/V"), "(old)");
   EXPECT_EQ(test::ReadBytes(path_), bytes);
+}
+
+TEST_F(SecondDocument, MayBeTheVeryFileThatIsOpen) {
+  std::ofstream(path_, std::ios::binary) << target_.document.Write();
+  const HostTables& host = *test::EmbeddedTables();
+  const test::HostSession session;
+  const PDDoc open = TGXHost_OpenFile(path_.c_str(), nullptr);
+  ASSERT_NE(open, nullptr) << TGXHost_LastError();
+  std::string record(sizeof(TGXActionParams) + path_.size() + 1, '\0');
+  const std::int32_t action = kSyncForms;
+  record.replace(offsetof(TGXActionParams, action), sizeof action, reinterpret_cast<const char*>(&action), sizeof action);
+  record.replace(offsetof(TGXActionParams, path), path_.size(), path_);
+  EXPECT_EQ(TGX_Action(open, reinterpret_cast<const TGXActionParams*>(record.data())), TGX_OK) << TGX_GetLastError();
+  EXPECT_EQ(host.pdModel->PDDocGetNumPages(open), 1);
+  EXPECT_EQ(TGXHost_SaveFile(open, path_.c_str(), nullptr), 0) << TGXHost_LastError();
+  TGXHost_Close(open);
+  file_ = std::make_unique<test::ReadBack>(test::ReadBytes(path_));
+  EXPECT_EQ(Entry("/V"), "(old)");
 }
 
 TEST_F(SecondDocument, IsClosedAndItsPathReleased) {

@@ -2,6 +2,7 @@
 #include <gtest/gtest.h>
 
 #include "src/actions/ExtractMathML/FormulaMarker.h"
+#include "tests/support/Hosts.h"
 #include "tests/support/OpenDocument.h"
 #include "tests/support/TestDocument.h"
 #include "tests/support/TreeText.h"
@@ -62,6 +63,23 @@ TEST(FormulaMarker, KnowsNothingElse) {
   for (const char* text : {"", "MATHML", "MATHML_1", "MathML_1_START", "MATHML_1_BEGIN", "a:MATHML_1_START"}) {
     EXPECT_FALSE(ParseFormulaMarker(Bytes(text))) << text;
   }
+}
+
+TEST(FormulaMarker, TakesMorePartsThanItNeeds) {
+  EXPECT_EQ(ParseFormulaMarker(Bytes("MATHML_1_START_more"))->kind, FormulaMarker::Kind::Start);
+  EXPECT_EQ(ParseFormulaMarker(Bytes("MATHML_1_END_"))->kind, FormulaMarker::Kind::End);
+  EXPECT_EQ(ParseFormulaMarker(Bytes("MATHML_1_CONTENT_a_b:x"))->name, "a");
+  EXPECT_EQ(ParseFormulaMarker(Bytes("MATHML_1_END:x"))->kind, FormulaMarker::Kind::End);
+}
+
+TEST(FormulaHolder, IsKnownByTheBeginningOfItsTitle) {
+  const std::string sentinel = "\x0C\xF1\x23\x18\x23\x28";
+  EXPECT_TRUE(IsFormulaHolderTitle(Bytes(sentinel)));
+  EXPECT_TRUE(IsFormulaHolderTitle(Bytes("\xFE\xFF" + sentinel + "more")));
+  EXPECT_TRUE(IsFormulaHolderTitle(Bytes("\xFF\xFE" + sentinel)));
+  EXPECT_FALSE(IsFormulaHolderTitle(Bytes(sentinel.substr(0, 5))));
+  EXPECT_FALSE(IsFormulaHolderTitle(Bytes("x" + sentinel)));
+  EXPECT_FALSE(IsFormulaHolderTitle({}));
 }
 
 class ExtractMathML : public testing::Test {
@@ -283,6 +301,160 @@ TEST_F(ExtractMathML, WritesTheSourceUpToAZeroByteAsItStands) {
                  Holder({Element("Span").Alt(u"MATHML_1_CONTENT_MathML:\u2212")})}),
             test::kSuccess);
   EXPECT_EQ(Contents(), "\x22\x12");
+}
+
+TEST_F(ExtractMathML, MovesMarkersAtTheTopOfTheTree) {
+  document_.Tree(
+      {Element("P").Text(page_, "before"), Marked("MATHML_1_START"), Element("P").Text(page_, "x"), Marked("MATHML_1_END")});
+  OpenDocument open(document_.Write());
+  ASSERT_EQ(open.Action(kMathML), test::kSuccess);
+  EXPECT_EQ(test::TreeText(open.Save()),
+            "P\n"
+            "  mcid 0 page 1\n"
+            "Annot\n"
+            "  objr Highlight page 1\n"
+            "  Formula\n"
+            "    P\n"
+            "      mcid 1 page 1\n");
+}
+
+TEST_F(ExtractMathML, BuildsFormulasByTheirNumbers) {
+  const auto formula = [this](const std::string& number) {
+    return Element("P")
+        .Add(Marked("MATHML_" + number + "_START"))
+        .Text(page_, number)
+        .Add(Marked("MATHML_" + number + "_END"));
+  };
+  EXPECT_EQ(Run({formula("12"), formula("3"), formula("7"),
+                 Holder({Marked("MATHML_3_CONTENT_MathML:three"), Marked("MATHML_7_CONTENT_MathML:seven"),
+                         Marked("MATHML_12_CONTENT_MathML:twelve")})}),
+            test::kSuccess);
+  test::ReadBack file(saved_);
+  std::vector<std::string> contents;
+  for (QPDFObjectHandle annotation : file.Page(1).getKey("/Annots").getArrayAsVector()) {
+    contents.push_back(annotation.getKey("/Contents").getStringValue());
+  }
+  EXPECT_THAT(contents, testing::ElementsAre("three", "seven", "twelve"));
+}
+
+TEST_F(ExtractMathML, TakesAllBehindAStartWhoseEndStandsElsewhere) {
+  EXPECT_EQ(Run({Element("P").Add(Marked("MATHML_1_START")).Text(page_, "a").Text(page_, "b"),
+                 Element("P").Text(page_, "c").Add(Marked("MATHML_1_END")).Text(page_, "d")}),
+            test::kSuccess);
+  EXPECT_EQ(Tree(),
+            "Document\n"
+            "  P\n"
+            "    Annot\n"
+            "      objr Highlight page 1\n"
+            "      Formula\n"
+            "        mcid 0 page 1\n"
+            "        mcid 1 page 1\n"
+            "  P\n"
+            "    mcid 2 page 1\n"
+            "    mcid 3 page 1\n");
+}
+
+TEST_F(ExtractMathML, BuildsAFormulaInsideAnother) {
+  EXPECT_EQ(Run({Element("P")
+                     .Add(Marked("MATHML_1_START"))
+                     .Text(page_, "a")
+                     .Add(Marked("MATHML_2_START"))
+                     .Text(page_, "b")
+                     .Add(Marked("MATHML_2_END"))
+                     .Add(Marked("MATHML_1_END"))}),
+            test::kSuccess);
+  EXPECT_EQ(Tree(),
+            "Document\n"
+            "  P\n"
+            "    Annot\n"
+            "      objr Highlight page 1\n"
+            "      Formula\n"
+            "        mcid 0 page 1\n"
+            "        Annot\n"
+            "          objr Highlight page 1\n"
+            "          Formula\n"
+            "            mcid 1 page 1\n");
+}
+
+TEST_F(ExtractMathML, DropsTheHolderForASourceWithoutMarkers) {
+  EXPECT_EQ(Run({Element("P").Text(page_, "x"), Holder({Marked("MATHML_1_CONTENT_MathML:m")})}), test::kSuccess);
+  EXPECT_EQ(Tree(), "Document\n  P\n    mcid 0 page 1\n");
+}
+
+TEST_F(ExtractMathML, MakesTheTreeOfADocumentWithoutOne) {
+  OpenDocument open(document_.Write());
+  ASSERT_EQ(open.Action(kMathML), test::kSuccess);
+  EXPECT_TRUE(test::ReadBack(open.Save())->getRoot().hasKey("/StructTreeRoot"));
+}
+
+/// The operations on content and kids of a run on one formula.
+class MovesOfExtractMathML : public ExtractMathML {
+ protected:
+  std::vector<std::string> Moves(OpenDocument& open) {
+    test::RecordingHost host;
+    const test::HostSession session(host.Tables());
+    EXPECT_EQ(open.Action(kMathML), test::kSuccess);
+    std::vector<std::string> moves;
+    bool isMoving = false;
+    for (const std::string& name : host.Names()) {
+      if (name == "PDSElementInsertOBJAsKid") isMoving = true;  // the annotation's reference comes first
+      if (isMoving && name == "PDSElementGetParent") break;     // the removal of the markers
+      const bool isKept = name == "PDPageAcquirePDEContent" || name == "PDPageSetPDEContent" ||
+                          name == "PDSElementRemoveKid" || name == "PDSElementRemoveKidMC" ||
+                          name == "PDSElementInsertKid" || name == "PDSElementInsertMCAsKid";
+      if (isMoving && isKept) moves.push_back(name);
+    }
+    return moves;
+  }
+};
+
+TEST_F(MovesOfExtractMathML, EachCommitTheContentOfThePage) {
+  document_.Tree({Element("P").Add(Marked("MATHML_1_START")).Text(page_, "x").Add(Marked("MATHML_1_END"))});
+  OpenDocument open(document_.Write());
+  EXPECT_THAT(Moves(open), testing::ElementsAre("PDPageAcquirePDEContent", "PDSElementRemoveKidMC", "PDPageSetPDEContent",
+                                                "PDPageAcquirePDEContent", "PDSElementInsertMCAsKid", "PDPageSetPDEContent",
+                                                "PDSElementInsertKid", "PDSElementInsertKid"));
+}
+
+TEST_F(MovesOfExtractMathML, OfAnElementWithoutAPageCommitNone) {
+  page_.Add(test::Marked("Span", "<</MCID 0>>", {test::Text("x")}));
+  document_.Tree({Element("Div")({Marked("MATHML_1_START"), Element("Span"), Marked("MATHML_1_END")})});
+  document_.Patch([](QPDF& pdf) {
+    for (QPDFObjectHandle& object : pdf.getAllObjects()) {
+      if (!object.isDictionary() || !object.hasKey("/S")) continue;
+      object.removeKey("/Pg");
+      if (object.getKey("/S").unparse() != "/Div") continue;
+      auto content = QPDFObjectHandle::parse("<</Type/MCR/MCID 0>>");
+      content.replaceKey("/Pg", pdf.getAllPages().at(0));
+      object.getKey("/K").appendItem(content);
+    }
+  });
+  OpenDocument open(document_.Write());
+  EXPECT_THAT(Moves(open), testing::ElementsAre("PDSElementRemoveKid", "PDSElementInsertKid", "PDSElementInsertKid",
+                                                "PDSElementInsertKid"));
+}
+
+TEST_F(ExtractMathML, EndsWithTheHostsRaiseForAKidWithoutContent) {
+  document_.Tree({Element("P").Text(page_, "x").Add(Marked("MATHML_1_START")).RawKid("77").Add(Marked("MATHML_1_END"))});
+  OpenDocument open(document_.Write());
+  const test::Outcome outcome = open.Action(kMathML);
+  EXPECT_EQ(outcome.result, TGX_FAILED);
+  EXPECT_NE(outcome.text.find("no container"), std::string::npos) << outcome;
+}
+
+TEST_F(ExtractMathML, EndsWithTheHostsRaiseForAnEndInsideItsStart) {
+  document_.Tree({Element("P").Text(page_, "x").Add(Marked("MATHML_1_START")({Marked("MATHML_1_END")}))});
+  OpenDocument open(document_.Write());
+  EXPECT_EQ(open.Action(kMathML).result, TGX_FAILED);
+}
+
+TEST_F(ExtractMathML, KeepsThePagesOnlyForTheRun) {
+  document_.Tree({Element("P").Add(Marked("MATHML_1_START")).Text(page_, "x").Add(Marked("MATHML_1_END"))});
+  OpenDocument open(document_.Write());
+  test::CountingHost host;
+  const test::HostSession session(host.Tables());
+  EXPECT_EQ(open.Action(kMathML), test::kSuccess);
+  EXPECT_EQ(host.Open("pages"), 0);
 }
 
 TEST_F(ExtractMathML, FailsForAKidOfUnknownKind) {
