@@ -305,7 +305,7 @@ const SweptOperation kOperations[] = {
     {"ReshuffleFrames", 14, 0, WithAnchoredFrames, nullptr, {.staysOpen = kPagesAndContents}},
     {"MakeNotesOfEndNotes", 15, 0, WithOwnTypes},
     {"FixGroupTags", 16, 0, WithOwnTypes},
-    {"ExtractMathML", 17, 0, WithFormulas, nullptr, {.staysOpen = kContents}},
+    {"ExtractMathML", 17, 0, WithFormulas, nullptr, {.mayStayOpen = kPages, .staysOpen = kContents}},
     {"DoNothing", 18, 0, WithOwnTypes, nullptr, {.changesNothing = true}},
     {"RemoveDoubleBullets", -1, 0x1, WithDoubleBullets, nullptr, {.staysOpen = kPagesAndContents}},
     {"RemoveExtraParagraphs", -1, 0x2, WithExtraParagraphs},
