@@ -81,13 +81,17 @@ QPDFObjectHandle AnnotationLists::OwnArray(const QPDFObjectHandle& page) {
   return own;
 }
 
-/// The place in the array right behind the annotation at an index; -1 for the end of the array.
-int AnnotationLists::PlaceBehind(const List& list, ASInt32 index) {
-  if (list.places.empty()) return -1;
-  if (index == kPDAnnotBeforeFirst) return list.places.front();
-  const auto last = static_cast<ASInt32>(list.places.size()) - 1;
-  const ASInt32 before = index == kPDAnnotAfterLast ? last : std::min(index, last);
-  return list.places[static_cast<std::size_t>(before)] + 1;
+std::size_t AnnotationLists::RankBehind(const List& list, ASInt32 index) {
+  const std::size_t count = list.places.size();
+  if (index == kPDAnnotBeforeFirst) return 0;
+  return index == kPDAnnotAfterLast ? count : std::min(static_cast<std::size_t>(index) + 1, count);
+}
+
+bool AnnotationLists::Holds(List& list, const QPDFObjectHandle& annotation) {
+  if (list.members.empty()) {
+    for (const int place : list.places) list.members.insert(list.array.getArrayItem(place).getObjectPtr());
+  }
+  return list.members.find(QPDFObjectHandle(annotation).getObjectPtr()) != list.members.end();
 }
 
 void AnnotationLists::Insert(const QPDFObjectHandle& page, ASInt32 addAfter, QPDFObjectHandle annotation) {
@@ -95,24 +99,33 @@ void AnnotationLists::Insert(const QPDFObjectHandle& page, ASInt32 addAfter, QPD
     throw HostError(kASOutOfRange,
                     document_.Name() + ": no annotation " + std::to_string(addAfter) + " to add another behind");
   }
-  const List& list = ListOf(page);
-  for (const int place : list.places) {
-    if (last_.array.getArrayItem(place).getObjectPtr() == annotation.getObjectPtr()) {
-      throw HostError(kASBadParameter, document_.Name() + ": the annotation is on the page already");
-    }
+  ListOf(page);
+  List list = std::exchange(last_, {});
+  if (Holds(list, annotation)) {
+    throw HostError(kASBadParameter, document_.Name() + ": the annotation is on the page already");
   }
-  const int place = PlaceBehind(list, addAfter);
-  QPDFObjectHandle array = OwnArray(page);
+  const std::size_t rank = RankBehind(list, addAfter);
+  list.array = OwnArray(page);
+  // Right behind the one before it; items that are no annotations stay where they are.
+  int place = list.array.getArrayNItems();
+  if (!list.places.empty()) place = rank == 0 ? list.places.front() : list.places[rank - 1] + 1;
   if (!annotation.isIndirect()) annotation = document_.Pdf().makeIndirectObject(annotation);
-  array.insertItem(place < 0 ? array.getArrayNItems() : place, annotation);
-  document_.AfterCosEdit(array, {});
+  list.array.insertItem(place, annotation);
+  document_.AfterCosEdit(list.array, {});
   SetEntry(document_, annotation, "P", page);
+  // The list stays true: adding many annotations one by one is not to look through all each time.
+  const auto behind = list.places.insert(list.places.begin() + static_cast<std::ptrdiff_t>(rank), place) + 1;
+  std::for_each(behind, list.places.end(), [](int& other) { ++other; });
+  list.members.insert(annotation.getObjectPtr());
+  last_ = std::move(list);
 }
 
 void AnnotationLists::Remove(const QPDFObjectHandle& page, ASInt32 index) {
   const int place = PlaceOf(page, index);
   List list = std::exchange(last_, {});
   list.array = OwnArray(page);
+  const auto member = list.members.find(list.array.getArrayItem(place).getObjectPtr());
+  if (member != list.members.end()) list.members.erase(member);
   list.array.eraseItem(place);
   document_.AfterCosEdit(list.array, {});
   // The list stays true: removing many annotations one by one is not to look through all each time.

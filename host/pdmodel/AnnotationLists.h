@@ -2,6 +2,7 @@
 
 #include <string_view>
 #include <unordered_map>
+#include <unordered_set>
 #include <vector>
 
 #include <tgx/host.h>
@@ -39,10 +40,13 @@ class AnnotationLists {
     const QPDFObject* page = nullptr;
     QPDFObjectHandle array;
     std::vector<int> places;
+    std::unordered_multiset<const QPDFObject*> members;  ///< those at the places; empty until one is inserted
   };
 
   const List& ListOf(const QPDFObjectHandle& page);
-  static int PlaceBehind(const List& list, ASInt32 index);
+  /// Where in the list the one behind an index stands or would stand.
+  static std::size_t RankBehind(const List& list, ASInt32 index);
+  static bool Holds(List& list, const QPDFObjectHandle& annotation);
   int PlaceOf(const QPDFObjectHandle& page, ASInt32 index);
   QPDFObjectHandle OwnArray(const QPDFObjectHandle& page);
   bool IsShared(const QPDFObjectHandle& array);

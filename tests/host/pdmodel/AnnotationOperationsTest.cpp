@@ -1,4 +1,8 @@
+#include <algorithm>
 #include <cstring>
+#include <random>
+#include <string>
+#include <vector>
 
 #include <gtest/gtest.h>
 
@@ -139,6 +143,33 @@ TEST(AnnotationLists, AreEmptyForWhatIsNoArray) {
     EXPECT_EQ(Model().PDPageGetNumAnnots(page), 0) << annots;
     Model().PDPageAddNewAnnot(page, 5, Intern("X"), &kRect);
     EXPECT_EQ(Subtypes(page), "X ") << annots;
+  }
+}
+
+TEST_F(AnnotationList, RefusesOneThatItWasGiven) {
+  const PDAnnot added = Model().PDPageAddNewAnnot(page, 0, Intern("X"), &kRect);
+  EXPECT_EQ(RaisedCode([&] { Model().PDPageAddAnnot(page, kPDAnnotAfterLast, added); }), kASBadParameter);
+  EXPECT_EQ(Subtypes(page), "A X B C ");
+}
+
+TEST_F(AnnotationList, StaysTrueThroughInsertionsAndRemovals) {
+  std::vector<std::string> expected = {"A", "B", "C"};
+  std::mt19937 random(1);
+  for (int i = 0; i < 200; ++i) {
+    const auto count = static_cast<int>(expected.size());
+    const int index = static_cast<int>(random() % static_cast<unsigned>(count + 3)) - 2;  // from behind the last to past it
+    if (random() % 3 == 0 && index >= 0 && index < count) {
+      Model().PDPageRemoveAnnot(page, index);
+      expected.erase(expected.begin() + index);
+    } else {
+      const std::string name = "X" + std::to_string(i);
+      Model().PDPageAddNewAnnot(page, index, Intern(name.c_str()), &kRect);
+      const int place = index == kPDAnnotAfterLast ? count : std::min(index + 1, count);
+      expected.insert(expected.begin() + place, name);
+    }
+    std::string text;
+    for (const std::string& name : expected) text += name + " ";
+    ASSERT_EQ(Subtypes(page), text) << "step " << i;
   }
 }
 

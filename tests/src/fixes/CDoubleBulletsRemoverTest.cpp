@@ -189,6 +189,42 @@ TEST_F(DoubleBullets, ReachesAPairWithEnoughContentBehindIt) {
   EXPECT_EQ(Left("hidden"), 0U);
 }
 
+/// As many paragraphs, the elements, and as many paragraphs behind them.
+std::vector<Element> Between(test::Page& page, int before, const std::vector<Element>& elements, int behind) {
+  std::vector<Element> all;
+  for (int i = 0; i < before; ++i) all.push_back(Element("P").Text(page, "text"));
+  all.insert(all.end(), elements.begin(), elements.end());
+  for (int i = 0; i < behind; ++i) all.push_back(Element("P").Text(page, "text"));
+  return all;
+}
+
+TEST_F(DoubleBullets, ReachesAPairOfWhichOneIsTheTenthPiece) {
+  Repair(Between(page_, 9, {Element("Lbl")({Hidden(), Visible()})}, 9));
+  EXPECT_EQ(Left("hidden"), 0U);
+}
+
+TEST_F(DoubleBullets, ReachesAPairWhoseVisibleOneIsTheTenthPiece) {
+  Repair(Between(page_, 9, {Element("Lbl")({Visible(), Hidden()})}, 9));
+  EXPECT_EQ(Left("hidden"), 0U);
+}
+
+TEST_F(DoubleBullets, DoesNotReachThatPairWithLessContentBehindIt) {
+  Repair(Between(page_, 9, {Element("Lbl")({Hidden(), Visible()})}, 8));
+  EXPECT_EQ(Left("hidden"), 1U);
+}
+
+TEST_F(DoubleBullets, DoesNotReachAPairBehindTheTenthPiece) {
+  Repair(Between(page_, 10, {Element("Lbl")({Hidden(), Visible()})}, 30));
+  EXPECT_EQ(Left("hidden"), 1U);
+}
+
+TEST_F(DoubleBullets, RemovesASpanThatHoldsTheVisibleBulletToo) {
+  Repair({Element("Lbl")({Hidden().Mark(page_, Shown("0001")), Element("Span").Title("other")})});
+  EXPECT_EQ(Left("hidden"), 0U);
+  EXPECT_EQ(Left("other"), 1U);
+  EXPECT_NE(test::ReadBack(saved_).Content(1).find("<0001>"), std::string::npos) << "on the page, and in no element";
+}
+
 TEST_F(DoubleBullets, ReadsContentOnceHoweverOftenItStandsInTheTree) {
   const auto textsRead = [](int times) {
     TestDocument document;
