@@ -1,4 +1,4 @@
-// What becomes of single marks: bullets, formulas, alternate texts, buttons.
+// What becomes of single marks: bullets, formulas, alternate texts, buttons, languages.
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -245,6 +245,34 @@ TEST(AnnualReport, LooksAsBeforeWithStampsForButtons) {
   ASSERT_EQ(after.size(), before.size());
   for (std::size_t page = 0; page < after.size(); ++page)
     EXPECT_TRUE(test::Compare(before[page], after[page]).IsEmpty()) << page;
+}
+
+/// How often each "Lang" stands in the tree.
+std::map<std::string, int> Languages(const std::string& bytes) {
+  ReadBack file(bytes);
+  std::map<std::string, int> languages;
+  for (QPDFObjectHandle& object : file->getAllObjects()) {
+    if (!object.isDictionary() || !object.hasKey("/S") || !object.hasKey("/P")) continue;
+    if (QPDFObjectHandle language = object.getKey("/Lang"); language.isString()) ++languages[language.getStringValue()];
+  }
+  return languages;
+}
+
+/// The tag of a language as the exporter's format has it: each character behind U+000E, between U+007F and U+0001.
+std::string TagOf(const std::string& language) {
+  std::string tag = {'\xFE', '\xFF', '\0', '\x0E', '\0', '\x7F', '\0', '\x0E'};
+  for (const char c : language) tag += {'\0', c, '\0', '\x0E'};
+  return tag + std::string{'\0', '\x01'};
+}
+
+TEST(TravelGuide, GetsTheTagsOfItsLanguages) {
+  EXPECT_EQ(Languages(SampleBytes("travel-guide")), (std::map<std::string, int>{{"[Lang=en]", 1}, {"[Lang=fr]", 5}}));
+  EXPECT_EQ(Languages(SampleAfterFixes("travel-guide", 0x10)),
+            (std::map<std::string, int>{{TagOf("en"), 1}, {TagOf("fr"), 5}}));
+}
+
+TEST(TravelGuide, KeepsItsLanguagesInTheModeBackToBrackets) {
+  EXPECT_EQ(Languages(SampleAfterFixes("travel-guide", 0x20)), Languages(SampleBytes("travel-guide")));
 }
 
 }  // namespace
