@@ -14,7 +14,7 @@ struct DataFile {
 
 void PrintTo(const DataFile& file, std::ostream* out);
 
-/// The PDF documents of tests/data/samples and tests/data/corpus, in order of their names.
+/// The PDF documents of tests/data that programs exported: its folders samples, corpus, libreoffice and links, by name.
 std::vector<DataFile> DataFiles();
 
 /// The bytes of a file; throws if there is none.
