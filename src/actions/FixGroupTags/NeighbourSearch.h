@@ -35,7 +35,7 @@ class NeighbourSearch {
     std::uint64_t parent;
     ASAtom type;
     int step;
-    auto operator<=>(const ScanKey&) const = default;
+    auto operator<=>(const ScanKey&) const = default;  // NOLINT(modernize-use-nullptr): takes its zero for a pointer
   };
   /// The kids of a parent between `from` and `to`, neither included, hold no element of the type. Both count from the end
   /// that the search goes towards: handling the elements in the order of the tree changes nothing there.

@@ -121,6 +121,7 @@ TEST_F(KidFinderTest, TakesNoteOfTheEditsOfOthers) {
 TEST_F(KidFinderTest, AsksTheHostOnceForEachKidWhateverTheOrder) {
   const PDSElement parent = OpenParentOf(kManyKids);
   std::vector<CosObj> kids;
+  kids.reserve(kManyKids);
   for (int i = 0; i < kManyKids; ++i) kids.push_back(Kid(parent, i));
   std::shuffle(kids.begin(), kids.end(), std::minstd_rand(7));
   const test::RaisingHost host(test::EmbeddedTables(), 0);

@@ -39,7 +39,7 @@ std::vector<QPDFObjectHandle> ElementKids(QPDFObjectHandle parent) {
 }
 
 /// Hands each structure element below `parent` to the handler, parents before kids.
-void ForEachElement(QPDFObjectHandle parent, const Handler& handler) {
+void ForEachElement(const QPDFObjectHandle& parent, const Handler& handler) {
   for (QPDFObjectHandle& kid : ElementKids(parent)) {
     handler(kid);
     ForEachElement(kid, handler);
@@ -48,9 +48,9 @@ void ForEachElement(QPDFObjectHandle parent, const Handler& handler) {
 
 std::string TypeOf(QPDFObjectHandle element) { return element.getKey("/S").getName(); }
 
-std::vector<QPDFObjectHandle> ElementsOfType(QPDFObjectHandle parent, const std::string& type) {
+std::vector<QPDFObjectHandle> ElementsOfType(const QPDFObjectHandle& parent, const std::string& type) {
   std::vector<QPDFObjectHandle> elements;
-  ForEachElement(parent, [&](QPDFObjectHandle element) {
+  ForEachElement(parent, [&](const QPDFObjectHandle& element) {
     if (TypeOf(element) == type) elements.push_back(element);
   });
   return elements;
@@ -77,9 +77,9 @@ std::string CellText(QPDFObjectHandle cell) {
   return text;
 }
 
-std::string RowsText(std::vector<QPDFObjectHandle> rows) {
+std::string RowsText(const std::vector<QPDFObjectHandle>& rows) {
   std::string text;
-  for (QPDFObjectHandle& row : rows) {
+  for (const QPDFObjectHandle& row : rows) {
     std::string cells;
     for (QPDFObjectHandle& cell : ElementKids(row)) cells += (cells.empty() ? "" : " | ") + CellText(cell);
     text += cells + "\n";
@@ -109,7 +109,7 @@ std::string LayoutTablesText(const std::string& pdf) {
 }
 
 /// The kids of a table of one type, each by its marked content.
-std::vector<std::string> PartsOf(QPDFObjectHandle table, const std::string& type) {
+std::vector<std::string> PartsOf(const QPDFObjectHandle& table, const std::string& type) {
   std::vector<std::string> parts;
   for (QPDFObjectHandle& part : ElementKids(table)) {
     if (TypeOf(part) != type) continue;
