@@ -79,6 +79,7 @@ class HolderContent {
   static void Dissolve(PDSElement holder, PDSElement story, ASInt32 place) {
     std::vector<PDSElement> kids;
     const ASInt32 count = PDSElementGetNumKids(story);
+    kids.reserve(static_cast<std::size_t>(count));
     for (ASInt32 i = 0; i < count; ++i) kids.push_back(KidOf(story, i));
     PDSElementRemoveKid(holder, story);
     for (const PDSElement& kid : kids) {

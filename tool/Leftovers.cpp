@@ -40,13 +40,13 @@ bool ShowsSomething(PDSElement element) {  // NOLINT(misc-no-recursion)
   for (ASInt32 i = 0; i < count; ++i) {
     void* container = nullptr;
     const ASAtom type = PDSElementGetKid(element, i, nullptr, &container, nullptr);
+    bool shows = true;
     if (type == types.element) {
-      if (ShowsSomething(KidOf(element, i))) return true;
-    } else if (type != types.markedContent) {
-      return true;
-    } else if (container != nullptr && Paints(PDEContainerGetContent(static_cast<PDEContainer>(container)))) {
-      return true;
+      shows = ShowsSomething(KidOf(element, i));
+    } else if (type == types.markedContent) {
+      shows = container != nullptr && Paints(PDEContainerGetContent(static_cast<PDEContainer>(container)));
     }
+    if (shows) return true;
   }
   return false;
 }

@@ -94,7 +94,7 @@ std::string AddressOf(CosObj annotation) {
 }
 
 std::string DescriptionOf(const Link& link) {
-  const std::string title = TextEntry(link.annotation, "T");
+  std::string title = TextEntry(link.annotation, "T");
   if (!title.empty()) return title;
   Texts texts;
   texts.Gather(link.holder);

@@ -70,7 +70,7 @@ class Line {
 
  private:
   static std::string OfToken(const XMLElement& element) {
-    const std::string text = Tidy(element.GetText() == nullptr ? "" : element.GetText());
+    std::string text = Tidy(element.GetText() == nullptr ? "" : element.GetText());
     const std::string_view name = NameOf(element);
     if (name == "mi") return Characters(text) > 1 ? " " + text + " " : text;
     if (name != "mo") return name == "mn" ? text : " " + text + " ";
