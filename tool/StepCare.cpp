@@ -1,5 +1,6 @@
 #include "tool/StepCare.h"
 
+#include <string>
 #include <string_view>
 #include <utility>
 
@@ -9,6 +10,7 @@
 #include "tool/FormAppearances.h"
 #include "tool/FormulaTexts.h"
 #include "tool/FrameHolders.h"
+#include "tool/HeaderNames.h"
 #include "tool/Hindrances.h"
 #include "tool/Leftovers.h"
 #include "tool/LinkTexts.h"
@@ -46,6 +48,7 @@ void StepCare::Run(StepReport& step) {
 bool StepCare::RunStep(StepReport& step) {
   using Way = bool (StepCare::*)(StepReport&);
   static constexpr std::pair<std::string_view, Way> kWays[] = {
+      {"table-metadata", &StepCare::DescribeTables},
       {"mathml", &StepCare::MakeFormulas},
       {"footnote-links", &StepCare::MakeFootnoteLinks},
       {"reshuffle-frames", &StepCare::PlaceFrames},
@@ -86,6 +89,17 @@ bool StepCare::PlaceFrames(StepReport& step) {
   const FrameHolders holders(document_.Handle());
   const bool changed = RunAlone(step);
   Append(holders.PutBack());
+  return changed;
+}
+
+bool StepCare::DescribeTables(StepReport& step) {
+  const bool changed = RunAlone(step);
+  const std::size_t dropped = changed ? DropUnknownHeaders(document_.Handle()) : 0;
+  if (dropped == 1) notes_.push_back({0, "a mention of a header cell that does not exist was taken out of a table cell"});
+  if (dropped > 1) {
+    notes_.push_back(
+        {0, std::to_string(dropped) + " mentions of header cells that do not exist were taken out of table cells"});
+  }
   return changed;
 }
 

@@ -31,6 +31,7 @@ class StepCare {
   bool RemoveEmptyTags(StepReport& step);
   bool SetMainLanguage(StepReport& step);
   bool PlaceFrames(StepReport& step);
+  bool DescribeTables(StepReport& step);
   bool MakeFormulas(StepReport& step);
   bool MakeFootnoteLinks(StepReport& step);
   bool MapEndNotes(StepReport& step);

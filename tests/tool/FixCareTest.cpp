@@ -194,6 +194,26 @@ TEST_F(FixCare, PageKeepsItsOrderOfAnnotations) {
   EXPECT_EQ(ReadBack(Output()).Page(1).getKey("/Tabs").unparse(), "/R");
 }
 
+TEST_F(FixCare, TableCellsNameOnlyHeaderCellsThatAreThere) {
+  const Element description = Mark(
+      u"[ATT]<Tables><Table type='3'><Row><Cell row='1' index='1'/><Cell type='1' row='1' index='2'>"
+      u"<Cell row='1' index='1'/><Cell row='9' index='9'/></Cell></Row></Table></Tables>");
+  const std::string tree = TreeAfterFix({Element("Table")({
+      description,
+      Element("TR")({Text("TD", "head"), Text("TD", "value")}),
+      Element("TR")({Text("TD", "other").Attributes("[<</O/Table/Headers[(gone)(too)]>>]")}),
+  })});
+  EXPECT_EQ(tree,
+            "Document\n"
+            "  Table\n"
+            "    TR\n"
+            "      TH id=\"1_1_1\"\n"
+            "      TD id=\"1_1_2\" attributes=<< /Headers [ (1_1_1) ] /O /Table >>\n"
+            "    TR\n"
+            "      TD attributes=[ << /O /Table >> ]\n");
+  EXPECT_THAT(Notes(), ElementsAre("3 mentions of header cells that do not exist were taken out of table cells"));
+}
+
 TEST_F(FixCare, NotesMadeOfEndnotesGetIdentifiersOfTheirOwn) {
   document_.RoleMap({{"Endnote", "P"}});
   const std::string tree = TreeAfterFix({Text("Endnote", "one"), Text("Note", "two").Id("note-1"), Text("Endnote", "three")},
