@@ -112,6 +112,41 @@ class FootnoteParts {
   ASAtom reference_ = ASAtomFromString("Reference"), note_ = ASAtomFromString("Note"), link_ = ASAtomFromString("Link");
 };
 
+/// Whether the properties of marked content have an MCID that is no integer, at any depth. As deep as the host lets marked
+/// content nest.
+bool HoldsMcidThatIsNoNumber(PDEContent content) {  // NOLINT(misc-no-recursion)
+  const ASInt32 count = PDEContentGetNumElems(content);
+  for (ASInt32 i = 0; i < count; ++i) {
+    const PDEElement element = PDEContentGetElem(content, i);
+    if (PDEObjectGetType(element) != kPDEContainer) continue;
+    CosObj properties = {};
+    if (PDEContainerGetDict(element, &properties, nullptr) != 0 && CosDictKnownKeyString(properties, "MCID") != 0 &&
+        CosObjGetType(CosDictGetKeyString(properties, "MCID")) != CosInteger) {
+      return true;
+    }
+    if (HoldsMcidThatIsNoNumber(PDEContainerGetContent(element))) return true;
+  }
+  return false;
+}
+
+/// The step reads the MCID of all content before it does anything.
+std::optional<Hindrance> FindMcidThatIsNoNumber(PDDoc document) {
+  const ASInt32 count = PDDocGetNumPages(document);
+  for (ASInt32 i = 0; i < count; ++i) {
+    const PDPage page = PDDocAcquirePage(document, i);
+    const bool isFound = HoldsMcidThatIsNoNumber(PDPageAcquirePDEContent(page, nullptr));
+    PDPageReleasePDEContent(page, nullptr);
+    PDPageRelease(page);
+    if (isFound) return Hindrance{i + 1, "marked content has an MCID that is no integer"};
+  }
+  return std::nullopt;
+}
+
+std::optional<Hindrance> FindWhatKeepsFootnotes(PDDoc document) {
+  std::optional<Hindrance> found = FootnoteParts(document).Find();
+  return found ? found : FindMcidThatIsNoNumber(document);
+}
+
 /// The step asks every piece of marked content for its page.
 std::optional<Hindrance> FindContentWithoutAPage(PDDoc document) {
   struct Nothing {};
@@ -177,7 +212,7 @@ std::optional<Hindrance> FindHarm(PDDoc document, const StepCall& step) {
 
 std::optional<Hindrance> FindHindrance(PDDoc document, const std::string& step) {
   const HostFrame frame;
-  if (step == "footnote-links") return FootnoteParts(document).Find();
+  if (step == "footnote-links") return FindWhatKeepsFootnotes(document);
   if (step == "main-language") return FindContentWithoutAPage(document);
   if (step == "table-metadata") return FindMissingDescriptions(document);
   return std::nullopt;

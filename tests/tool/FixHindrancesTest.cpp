@@ -86,6 +86,17 @@ TEST_F(FixHindrances, NoteWithoutContentIsTold) {
   EXPECT_EQ(entry["skipped"].dump(), R"({"page":1,"reason":"footnote 1 has no content on any page"})");
 }
 
+TEST_F(FixHindrances, McidThatIsNoIntegerIsToldWithItsPage) {
+  TestDocument document;
+  Page& first = document.AddPage();
+  Page& second = document.AddPage();
+  document.Tree({Element("Document")({Element("Reference").Text(first, "1"), Element("Note").Text(second, "one")})});
+  second.Add(Marked("Span", "<</Lang(de)>>", {Marked("Span", "<</MCID(x)>>", {Text("deep")})}));
+  const Json entry = ReportOn("footnote-links", document);
+  EXPECT_EQ(entry["skipped"].dump(), R"({"page":2,"reason":"marked content has an MCID that is no integer"})");
+  EXPECT_EQ(entry["changed"], false);
+}
+
 TEST_F(FixHindrances, ContentWithoutAPageIsTold) {
   TestDocument document;
   Page& page = document.AddPage();
