@@ -1,7 +1,5 @@
 #include "src/actions/FixGroupTags/FixGroupTagsAction.h"
 
-#include <algorithm>
-
 #include "src/common/ObjectBits.h"
 #include "src/common/StructureUtils.h"
 #include "src/common/TagStructureWalker.h"
@@ -10,7 +8,8 @@ namespace tgx {
 namespace {
 
 bool Holds(PDSElement element, ASAtom type) {
-  return !TagStructureWalker::IsNull(TagStructureWalker::FindDescendantByType(element, type));
+  return PDSElementGetType(element) == type ||
+         !TagStructureWalker::IsNull(TagStructureWalker::FindDescendantByType(element, type));
 }
 
 }  // namespace
@@ -65,9 +64,10 @@ void FixGroupTagsAction::Handle(const Work& work) {
 }
 
 void FixGroupTagsAction::MakeGroup(PDSElement element, const char* type) {
-  const Paragraphs paragraphs = TakeParagraphs(element);
+  const Paragraphs paragraphs = FindParagraphs(element);
+  TakeOut(paragraphs);
   const PDSElement group = NewElementOver(paragraphs, type);
-  places_.Insert(paragraphs.parent, group, paragraphs.index - 1);  // where the first paragraph stood
+  neighbours_.Insert(paragraphs.parent, group, paragraphs.index - 1);  // where the first paragraph stood
   FinishParagraphs(paragraphs);
 }
 
@@ -75,28 +75,36 @@ void FixGroupTagsAction::MakeCaption(PDSElement element, const char* targetType,
   const ASAtom type = ASAtomFromString(targetType);
   PDSElement target = TagStructureWalker::FindDescendantByType(element, type);
   if (!TagStructureWalker::IsNull(target)) {
-    const PDSElement parent = GetParent(element);
-    const int index = places_.IndexOf(parent, element);
-    places_.Remove(GetParent(target), target);
-    places_.Insert(parent, target, index - 1);  // directly before the element
+    PutBefore(element, target);
   } else {
     target = neighbours_.Find(element, type, direction == Direction::kForward ? 1 : -1);
     // Nothing to give the caption to: it keeps its private type.
     if (TagStructureWalker::IsNull(target)) return;
   }
-  const Paragraphs paragraphs = TakeParagraphs(element);
+  const Paragraphs paragraphs = FindParagraphs(element);
+  for (const PDSElement paragraph : paragraphs.elements) ForgetSearchesFor(paragraph);
+  TakeOut(paragraphs);
   const PDSElement caption = NewElementOver(paragraphs, "Caption");
-  places_.Insert(target, caption, direction == Direction::kForward ? kPDSBeforeFirst : PDSElementGetNumKids(target));
-  // What the target's own type is may move in unseen: searches for it end at the target.
-  const ASAtom otherType = ASAtomFromString(type == ASAtomFromString("L") ? "Table" : "L");
-  const auto& moved = paragraphs.elements;
-  if (std::any_of(moved.begin(), moved.end(), [&](PDSElement paragraph) { return Holds(paragraph, otherType); })) {
-    neighbours_.ForgetSearchesPast(caption, otherType);
-  }
+  neighbours_.Insert(target, caption, direction == Direction::kForward ? kPDSBeforeFirst : PDSElementGetNumKids(target));
+  ForgetSearchesFor(caption);
   FinishParagraphs(paragraphs);
 }
 
-FixGroupTagsAction::Paragraphs FixGroupTagsAction::TakeParagraphs(PDSElement element) {
+void FixGroupTagsAction::PutBefore(PDSElement element, PDSElement target) {
+  ForgetSearchesFor(target);
+  const PDSElement parent = GetParent(element);
+  const int index = places_.IndexOf(parent, element);
+  neighbours_.Remove(GetParent(target), target);
+  neighbours_.Insert(parent, target, index - 1);
+}
+
+void FixGroupTagsAction::ForgetSearchesFor(PDSElement element) {
+  for (const ASAtom type : {ASAtomFromString("L"), ASAtomFromString("Table")}) {
+    if (Holds(element, type)) neighbours_.ForgetSearchesPast(element, type);
+  }
+}
+
+FixGroupTagsAction::Paragraphs FixGroupTagsAction::FindParagraphs(PDSElement element) {
   const PDSElement parent = GetParent(element);
   Paragraphs paragraphs = {parent, places_.IndexOf(parent, element), {element}};
   const ASAtom type = PDSElementGetType(element);
@@ -107,8 +115,11 @@ FixGroupTagsAction::Paragraphs FixGroupTagsAction::TakeParagraphs(PDSElement ele
     if (PDSElementGetType(kid) != type) break;
     paragraphs.elements.push_back(kid);
   }
-  for (const PDSElement paragraph : paragraphs.elements) places_.Remove(parent, paragraph);
   return paragraphs;
+}
+
+void FixGroupTagsAction::TakeOut(const Paragraphs& paragraphs) {
+  for (const PDSElement paragraph : paragraphs.elements) neighbours_.Remove(paragraphs.parent, paragraph);
 }
 
 PDSElement FixGroupTagsAction::NewElementOver(const Paragraphs& paragraphs, const char* type) {

@@ -51,7 +51,12 @@ class FixGroupTagsAction : public PDFAction, public TagStructureVisitorBase {
   void Handle(const Work& work);
   void MakeGroup(PDSElement element, const char* type);
   void MakeCaption(PDSElement element, const char* targetType, Direction direction);
-  Paragraphs TakeParagraphs(PDSElement element);
+  /// Puts an element from inside another directly before that one.
+  void PutBefore(PDSElement element, PDSElement target);
+  /// To be called with what moves to another parent, both before it leaves and when it has come.
+  void ForgetSearchesFor(PDSElement element);
+  Paragraphs FindParagraphs(PDSElement element);
+  void TakeOut(const Paragraphs& paragraphs);
   PDSElement NewElementOver(const Paragraphs& paragraphs, const char* type);
   void FinishParagraphs(const Paragraphs& paragraphs);
   void UnmapPrivateTypes();

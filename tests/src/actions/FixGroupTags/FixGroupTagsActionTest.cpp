@@ -350,6 +350,29 @@ TEST_F(FixGroupTagsActionTest, FindsATableThatCameInWithACaption) {
             "              P title=\"1\"\n");
 }
 
+TEST_F(FixGroupTagsActionTest, FindsAListForACaptionThatCameToStandBeforeEarlierSearches) {
+  doc.Tree({Element("Document")(
+      {Element("Sect")({Element("Table"), Element("Div")({Element("L")}), Named("GT_CaptionListAtTop", "1"),
+                        Element("GT_Index"), Element("GT_Index"), Element("GT_Index"),
+                        Named("GT_CaptionTableAtBottom", "2")({Named("GT_CaptionListAtTop", "3")}), Element("P")})})});
+  EXPECT_EQ(TreeAfter(),
+            "Document\n"
+            "  Sect\n"
+            "    Table\n"
+            "      Caption\n"
+            "        P title=\"2\"\n"
+            "    Div\n"
+            "      L\n"
+            "        Caption\n"
+            "          P title=\"3\"\n"
+            "    GT_CaptionListAtTop title=\"1\"\n"
+            "    Index\n"
+            "      P\n"
+            "      P\n"
+            "      P\n"
+            "    P\n");
+}
+
 // Of a document in which `part` comes that often below one parent, between two paragraphs each time.
 std::size_t CallsFor(int count, const std::function<Element()>& part, const Element& last) {
   TestDocument doc;
