@@ -69,24 +69,31 @@ class FootnoteParts {
     const ASAtom type = PDSElementGetType(element);
     Around own = around;
     own.isLinked = around.isLinked || type == link_;
-    if (around.isLinked || (type != reference_ && type != note_) || HoldsOnlyALink(element)) return own;
+    if (around.isLinked || (type != reference_ && type != note_) || EndsWithItsLink(element)) return own;
     std::vector<Part>& parts = type == reference_ ? references_ : notes_;
     (type == reference_ ? own.reference : own.note) = parts.size();
     parts.emplace_back();
     return own;
   }
 
-  /// What the step leaves of an element whose kids it has linked.
-  bool HoldsOnlyALink(PDSElement element) const {
-    if (PDSElementGetNumKids(element) != 1) return false;
-    if (PDSElementGetKid(element, 0, nullptr, nullptr, nullptr) != types_.element) return false;
-    const PDSElement link = KidOf(element, 0);
-    if (PDSElementGetType(link) != link_) return false;
+  /// What the step leaves of an element whose kids it has linked. A kid that it cannot move, and all behind it, stay before
+  /// the link.
+  bool EndsWithItsLink(PDSElement element) const {
+    const ASInt32 last = PDSElementGetNumKids(element) - 1;
+    if (last < 0 || PDSElementGetKid(element, last, nullptr, nullptr, nullptr) != types_.element) return false;
+    const PDSElement link = KidOf(element, last);
+    if (PDSElementGetType(link) != link_ || (last > 0 && !MustStay(element, 0))) return false;
     const ASInt32 count = PDSElementGetNumKids(link);
     for (ASInt32 i = 0; i < count; ++i) {
       if (PDSElementGetKid(link, i, nullptr, nullptr, nullptr) == types_.object) return true;
     }
     return false;
+  }
+
+  bool MustStay(PDSElement element, ASInt32 index) const {
+    void* content = nullptr;
+    const ASAtom type = PDSElementGetKid(element, index, nullptr, &content, nullptr);
+    return type == types_.markedContent ? content == nullptr : type != types_.object && type != types_.element;
   }
 
   void AddPage(Part& part, PDSElement element, ASInt32 index) {

@@ -78,6 +78,16 @@ TEST_F(FixHindrances, WhatIsLinkedAlreadyDoesNotCount) {
   EXPECT_EQ(ReasonFor("footnote-links", document), "1 Reference, but no Note to link with");
 }
 
+TEST_F(FixHindrances, WhatIsLinkedBesideContentThatThePageDoesNotHaveDoesNotCount) {
+  TestDocument document;
+  Page& page = document.AddPage();
+  document.Tree({Element("Document")({
+      Element("Reference").Mcid(page, 90).Add(Element("Link").Text(page, "1").Object(page.Link("x"))),
+      Element("Reference").Text(page, "2"),
+  })});
+  EXPECT_EQ(ReasonFor("footnote-links", document), "1 Reference, but no Note to link with");
+}
+
 TEST_F(FixHindrances, NoteWithoutContentIsTold) {
   TestDocument document;
   Page& page = document.AddPage();

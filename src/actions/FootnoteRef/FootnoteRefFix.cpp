@@ -48,11 +48,21 @@ std::string ReadAlt(PDSElement& element) {
 
 bool Contains(const std::string& text, const char* part) { return text.find(part) != std::string::npos; }
 
-/// Whether a run before this one has wrapped the kids: the only kid is a "Link" that holds an object reference.
+/// Whether a kid is one that no run can move: content that its page does not have, or what is no kid at all.
+bool MustStay(PDSElement& element, ASInt32 index) {
+  void* content = nullptr;
+  const ASAtom type = PDSElementGetKid(element, index, nullptr, &content, nullptr);
+  if (type == ASAtomFromString("MC")) return content == nullptr;
+  return type != ASAtomFromString("OBJR") && type != ASAtomFromString("StructElem");
+}
+
+/// Whether a run before this one has wrapped the kids: the last is a "Link" that holds an object reference, and before it is
+/// nothing, or a kid at which wrapping ended.
 bool IsWrapped(PDSElement& element) {
-  if (PDSElementGetNumKids(element) != 1 || !TagStructureWalker::IsElementKid(element, 0)) return false;
-  PDSElement link = TagStructureWalker::GetKidObject(element, 0);
-  if (PDSElementGetType(link) != ASAtomFromString("Link")) return false;
+  const ASInt32 last = PDSElementGetNumKids(element) - 1;
+  if (last < 0 || !TagStructureWalker::IsElementKid(element, last)) return false;
+  PDSElement link = TagStructureWalker::GetKidObject(element, last);
+  if (PDSElementGetType(link) != ASAtomFromString("Link") || (last > 0 && !MustStay(element, 0))) return false;
   const ASInt32 count = PDSElementGetNumKids(link);
   for (ASInt32 i = 0; i < count; ++i) {
     CosObj kid;

@@ -315,6 +315,32 @@ TEST_F(FootnoteLinks, ArePutIntoElementsThatHoldMoreThanALink) {
   EXPECT_EQ(Annotations(1), 3);
 }
 
+TEST_F(FootnoteLinks, AreNotPutASecondTimeBesideContentThatThePageDoesNotHave) {
+  Element reference = Reference(page_, 100, 600);
+  EXPECT_EQ(Run({reference.Mcid(page_, 90).Add(Element("Span").Mark(page_, test::Text("2"))), Note(page_, 72, 100)}),
+            test::kSuccess);
+  const std::string once = test::TreeText(saved_);
+  EXPECT_NE(once.find("Reference\n"
+                      "  mcid 90 page 1\n"
+                      "  Span\n"
+                      "    mcid 1 page 1\n"
+                      "  Link\n"
+                      "    mcid 0 page 1\n"
+                      "    objr Link page 1\n"),
+            std::string::npos)
+      << once;
+  OpenDocument again(saved_);
+  EXPECT_EQ(again.Action(kFootnoteLinks), test::kSuccess);
+  EXPECT_EQ(SavedTree(again), once);
+}
+
+TEST_F(FootnoteLinks, ArePutBesideALinkBehindContentOfThePage) {
+  const Element link = Element("Link").Object(page_.Link("https://example.org/"));
+  Element reference = Reference(page_, 100, 600);
+  EXPECT_EQ(Run({reference.Mcid(page_, 90).Add(link), Note(page_, 72, 100)}), test::kSuccess);
+  EXPECT_EQ(Annotations(1), 3);
+}
+
 TEST_F(FootnoteLinks, DoNothingInADocumentWithoutAStructureTree) {
   OpenDocument open(document_.Write());
   EXPECT_EQ(open.Action(kFootnoteLinks), test::kSuccess);
