@@ -151,6 +151,18 @@ bool IsContentOfPage(StructureTree& tree, NodeId parent, const Kid& kid, PageRef
   return kid.mcid == mcid && PageOfKid(tree, parent, kid) == page;
 }
 
+bool HoldsContent(StructureTree& tree, NodeId element, PageRef page, ASInt32 mcid) {
+  const KidList& kids = tree.Nodes()[element].kids;
+  ContentIndex& content = tree.Nodes().Content();
+  if (!content.IsReadyFor(element, kids)) {
+    const auto isIt = [&](const Kid& kid) { return IsContentOfPage(tree, element, kid, page, mcid); };
+    return FirstKid(kids, isIt) != kNoIndex;
+  }
+  if (content.Holds(page, mcid)) return true;
+  const Kid withoutPage(KidKind::kNumber, 0, mcid, kNoPage);
+  return content.Holds(kNoPage, mcid) && PageOfKid(tree, element, withoutPage) == page;
+}
+
 }  // namespace
 
 void InsertElement(StructureTree& tree, NodeId parent, NodeId element, ASInt32 insertAfter) {
@@ -169,8 +181,7 @@ void InsertMarkedContent(StructureTree& tree, NodeId element, CosObj page, PDECo
   const PageRef pageRef = RealPageOfHandle(tree, page);
   Node& node = tree.Nodes()[element];
   const ASUns32 index = IndexAfter(node, insertAfter);
-  const auto isThere = [&](const Kid& kid) { return IsContentOfPage(tree, element, kid, pageRef, mcid); };
-  if (FirstKid(node.kids, isThere) != kNoIndex) return;
+  if (HoldsContent(tree, element, pageRef, mcid)) return;
 
   const QPDFObjectHandle& pageObject = ObjectOf(page);
   if (node.page == kNoPage && node.kids.Size() == 0) {

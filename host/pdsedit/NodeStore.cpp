@@ -93,6 +93,7 @@ void NodeStore::DropItem(const Kid& kid) {
 void NodeStore::InsertKid(NodeId parent, ASUns32 index, Kid kid) {
   Node& node = nodes_[parent];
   node.kids.Insert(index, kid);
+  content_.NoteInserted(parent, kid);
   if (node.kids.Size() > 1) node.arrayForm = true;
   if (!kid.IsElement()) return;
   Node& child = nodes_[kid.place];
@@ -103,6 +104,7 @@ void NodeStore::EraseKid(NodeId parent, ASUns32 index) {
   KidList& kids = nodes_[parent].kids;
   const Kid kid = kids[index];
   kids.Erase(index);
+  content_.NoteErased(parent, kid);
   if (kid.IsElement()) {
     Node& child = nodes_[kid.place];
     --child.holders;

@@ -10,6 +10,7 @@
 #include <qpdf/QPDFObjectHandle.hh>
 
 #include "host/cos/ObjectIndex.h"
+#include "host/pdsedit/ContentIndex.h"
 #include "host/pdsedit/KidList.h"
 
 namespace tgx::host {
@@ -81,6 +82,9 @@ class NodeStore {
   void InsertKid(NodeId parent, ASUns32 index, Kid kid);
   void EraseKid(NodeId parent, ASUns32 index);
 
+  /// The content among the kids of the element that is being filled.
+  ContentIndex& Content() noexcept { return content_; }
+
   ASUns32 ItemCount() const noexcept { return static_cast<ASUns32>(items_.size()); }
 
   /// To be called before the kids of one more node are read from an array with an object number. Arrays that are read again
@@ -110,6 +114,7 @@ class NodeStore {
   std::vector<NodeId> nodeOfSlot_;  ///< as far as they have been asked for; kNoNode elsewhere
   std::deque<Item> items_;
   std::vector<ASUns32> freeItems_;
+  ContentIndex content_;
   std::unordered_map<NodeId, std::vector<QPDFObjectHandle>> strays_;
   std::unordered_set<const QPDFObject*> readArrays_;
   std::uint64_t kidsReadAgain_ = 0;
