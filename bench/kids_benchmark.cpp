@@ -63,6 +63,12 @@ std::string OneGroup(int count) {
   return tree.Finish(kids);
 }
 
+/// One paragraph that stands that often in its parent.
+std::string OneParagraphInAllPlaces(int count) {
+  TreeMaker tree;
+  return tree.Finish(Kids(static_cast<std::size_t>(count), tree.Element("GT_Index")));
+}
+
 /// That many captions, each followed by `next`: a table takes the caption in, a paragraph leaves it without one.
 std::string Captions(int count, const char* next) {
   TreeMaker tree;
@@ -183,6 +189,7 @@ void InTwoSizes(benchmark::internal::Benchmark* benchmark) {
 }
 
 BENCHMARK_CAPTURE(RunStep, one_group, OneGroup, Action(kGroupTags))->Apply(InTwoSizes);
+BENCHMARK_CAPTURE(RunStep, one_paragraph_in_all_places, OneParagraphInAllPlaces, Action(kGroupTags))->Apply(InTwoSizes);
 BENCHMARK_CAPTURE(RunStep, captions_of_tables, CaptionsOfTables, Action(kGroupTags))->Apply(InTwoSizes);
 BENCHMARK_CAPTURE(RunStep, captions_of_nothing, CaptionsOfNothing, Action(kGroupTags))->Apply(InTwoSizes);
 BENCHMARK_CAPTURE(RunStep, captions_with_tables, CaptionsWithTables, Action(kGroupTags))->Apply(InTwoSizes);

@@ -9,70 +9,82 @@ constexpr std::size_t kLargestBlock = 512;
 
 }  // namespace
 
+bool KidSequence::Block::Holds(std::uint64_t kid) const { return std::find(kids.begin(), kids.end(), kid) != kids.end(); }
+
+std::vector<std::uint64_t> KidSequence::Block::DistinctKids() const {
+  std::vector<std::uint64_t> distinct = kids;
+  std::sort(distinct.begin(), distinct.end());
+  distinct.erase(std::unique(distinct.begin(), distinct.end()), distinct.end());
+  return distinct;
+}
+
 KidSequence::KidSequence(const std::vector<std::uint64_t>& kids) : size_(kids.size()) {
-  byKid_.reserve(kids.size());
-  for (const std::uint64_t kid : kids) {
-    // Half full, to leave room for insertions.
-    if (blocks_.empty() || blocks_.back()->entries.size() == kLargestBlock / 2) blocks_.push_back(std::make_unique<Block>());
-    Entry* const entry = NewEntry(kid);
-    entry->block = blocks_.back().get();
-    entry->block->entries.push_back(entry);
+  // Half full, to leave room for insertions.
+  constexpr std::size_t kHalf = kLargestBlock / 2;
+  blocksOf_.reserve(kids.size());
+  for (std::size_t from = 0; from == 0 || from < kids.size(); from += kHalf) {
+    auto& block = blocks_.emplace_back(std::make_unique<Block>());
+    const std::size_t to = std::min(from + kHalf, kids.size());
+    block->kids.assign(kids.begin() + static_cast<std::ptrdiff_t>(from), kids.begin() + static_cast<std::ptrdiff_t>(to));
+    Register(block.get());
   }
-  if (blocks_.empty()) blocks_.push_back(std::make_unique<Block>());
   Number(0);
 }
 
 int KidSequence::FirstPlaceOf(std::uint64_t kid) const {
   const Block* block = nullptr;
-  const auto [begin, end] = byKid_.equal_range(kid);
-  for (auto entry = begin; entry != end; ++entry) {
-    const Block* const candidate = entry->second->block;
-    if (block == nullptr || candidate->order < block->order) block = candidate;
+  const auto [begin, end] = blocksOf_.equal_range(kid);
+  for (auto holder = begin; holder != end; ++holder) {
+    if (block == nullptr || holder->second->order < block->order) block = holder->second;
   }
   if (block == nullptr) return -1;
   std::size_t place = 0;
-  for (std::size_t before = 0; before < block->order; ++before) place += blocks_[before]->entries.size();
-  const auto at = std::find_if(block->entries.begin(), block->entries.end(), [&](auto* entry) { return entry->kid == kid; });
-  return static_cast<int>(place) + static_cast<int>(at - block->entries.begin());
+  for (std::size_t before = 0; before < block->order; ++before) place += blocks_[before]->kids.size();
+  return static_cast<int>(place) +
+         static_cast<int>(std::find(block->kids.begin(), block->kids.end(), kid) - block->kids.begin());
 }
 
 void KidSequence::Insert(std::size_t place, std::uint64_t kid) {
   const auto [block, index] = PositionOf(place);
-  Entry* const entry = NewEntry(kid);
-  entry->block = block;
-  block->entries.insert(block->entries.begin() + static_cast<std::ptrdiff_t>(index), entry);
+  if (!block->Holds(kid)) blocksOf_.emplace(kid, block);
+  block->kids.insert(block->kids.begin() + static_cast<std::ptrdiff_t>(index), kid);
   ++size_;
-  if (block->entries.size() > kLargestBlock) Split(*block);
+  if (block->kids.size() > kLargestBlock) Split(*block);
 }
 
 void KidSequence::Erase(std::size_t place) {
   const auto [block, index] = PositionOf(place);
-  const Entry* const entry = block->entries[index];
-  const auto [begin, end] = byKid_.equal_range(entry->kid);
-  byKid_.erase(std::find_if(begin, end, [&](const auto& known) { return known.second == entry; }));
-  block->entries.erase(block->entries.begin() + static_cast<std::ptrdiff_t>(index));
+  const std::uint64_t kid = block->kids[index];
+  block->kids.erase(block->kids.begin() + static_cast<std::ptrdiff_t>(index));
+  if (!block->Holds(kid)) Unregister(kid, block);
   --size_;
 }
 
-KidSequence::Entry* KidSequence::NewEntry(std::uint64_t kid) {
-  Entry* const entry = &entries_.emplace_back(Entry{kid, nullptr});
-  byKid_.emplace(kid, entry);
-  return entry;
+void KidSequence::Register(Block* block) {
+  for (const std::uint64_t kid : block->DistinctKids()) blocksOf_.emplace(kid, block);
+}
+
+void KidSequence::Unregister(std::uint64_t kid, const Block* block) {
+  const auto [begin, end] = blocksOf_.equal_range(kid);
+  blocksOf_.erase(std::find_if(begin, end, [&](const auto& holder) { return holder.second == block; }));
 }
 
 KidSequence::Position KidSequence::PositionOf(std::size_t place) const {
   std::size_t at = 0;
-  while (place >= blocks_[at]->entries.size() && at + 1 < blocks_.size()) place -= blocks_[at++]->entries.size();
+  while (place >= blocks_[at]->kids.size() && at + 1 < blocks_.size()) place -= blocks_[at++]->kids.size();
   return {blocks_[at].get(), place};
 }
 
 void KidSequence::Split(const Block& block) {
   const std::size_t order = block.order;
   auto second = std::make_unique<Block>();
-  auto& first = blocks_[order]->entries;
-  second->entries.assign(first.begin() + static_cast<std::ptrdiff_t>(first.size() / 2), first.end());
-  first.resize(first.size() / 2);
-  for (Entry* const entry : second->entries) entry->block = second.get();
+  auto& first = *blocks_[order];
+  second->kids.assign(first.kids.begin() + static_cast<std::ptrdiff_t>(first.kids.size() / 2), first.kids.end());
+  first.kids.resize(first.kids.size() / 2);
+  for (const std::uint64_t kid : second->DistinctKids()) {
+    if (!first.Holds(kid)) Unregister(kid, &first);
+  }
+  Register(second.get());
   blocks_.insert(blocks_.begin() + static_cast<std::ptrdiff_t>(order) + 1, std::move(second));
   Number(order + 1);
 }

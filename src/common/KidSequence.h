@@ -2,7 +2,6 @@
 
 #include <cstddef>
 #include <cstdint>
-#include <deque>
 #include <memory>
 #include <unordered_map>
 #include <vector>
@@ -10,7 +9,8 @@
 namespace tgx {
 
 /// Kids of an element, by their numbers, in their order. Finding one, putting one in and taking one out at any place costs
-/// about the root of their count, where a search through all of them costs the count.
+/// about the root of their count, where a search through all of them costs the count; also where one kid stands in many
+/// places.
 class KidSequence {
  public:
   explicit KidSequence(const std::vector<std::uint64_t>& kids);
@@ -23,29 +23,27 @@ class KidSequence {
   void Erase(std::size_t place);
 
  private:
-  struct Block;
-  struct Entry {
-    std::uint64_t kid;
-    Block* block;
-  };
   /// Some of the kids, side by side.
   struct Block {
-    std::vector<Entry*> entries;
+    std::vector<std::uint64_t> kids;
     std::size_t order = 0;  ///< among the blocks
+    bool Holds(std::uint64_t kid) const;
+    /// Each once.
+    std::vector<std::uint64_t> DistinctKids() const;
   };
   struct Position {
     Block* block;
     std::size_t index;
   };
 
-  Entry* NewEntry(std::uint64_t kid);
   Position PositionOf(std::size_t place) const;
+  void Register(Block* block);
+  void Unregister(std::uint64_t kid, const Block* block);
   void Split(const Block& block);
   void Number(std::size_t from);
 
-  std::deque<Entry> entries_;  ///< those of erased kids too
-  std::unordered_multimap<std::uint64_t, Entry*> byKid_;
-  std::vector<std::unique_ptr<Block>> blocks_;  ///< at least one
+  std::unordered_multimap<std::uint64_t, Block*> blocksOf_;  ///< of each kid those that hold it, each once
+  std::vector<std::unique_ptr<Block>> blocks_;               ///< at least one
   std::size_t size_ = 0;
 };
 
