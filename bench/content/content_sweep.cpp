@@ -101,6 +101,20 @@ void RemoveFirst(PDEContent root, ASInt32 count) {
   for (ASInt32 i = 0; i < count && Reading().PDEContentGetNumElems(root) > 0; ++i) Writing().PDEContentRemoveElem(root, 0);
 }
 
+/// Marks every text and every container as edited, without a change to either: the writer takes all of them apart.
+void MarkAllEdited(PageModel& model) {
+  for (std::uint32_t element = 0; element < model.Count(); ++element) {
+    if (model.At(element).type == kPDEText) {
+      for (EditedRun& run : model.EditText(element)) run.removed.emplace_back(0, 0);
+      model.TextChanged(element);
+    } else if (model.At(element).type == kPDEContainer) {
+      const std::string tag = model.TagOf(element);
+      model.SetTag(element, tag + "Other");
+      model.SetTag(element, tag);
+    }
+  }
+}
+
 void PrintTexts(PDEContent root, bool withBoxes) {
   Walk(root, [&](PDEElement element, PDEContent, ASInt32) {
     if (Reading().PDEObjectGetType(element) != kPDEText) return true;
@@ -144,6 +158,7 @@ class Sweep {
     const PagePDEContentTable& pages = *TGXHost_Tables()->pagePDEContent;
     const PDEContent root = pages.PDPageAcquirePDEContent(page, nullptr);
     if (mode_ == "operators") return document.Contents().Of(index).WriteOperators();
+    if (mode_ == "rewrite") MarkAllEdited(document.Contents().Of(index));
     if (mode_ == "text" || mode_ == "boxes") return PrintTexts(root, mode_ == "boxes");
     if (mode_ == "read" || mode_ == "edit") Read(root, mode_ == "edit", totals_);
     if (mode_ == "read") return;
@@ -161,6 +176,7 @@ class Sweep {
 
 constexpr const char* kUsage =
     "tgx_content_sweep operators IN OUT    every page anew from its operators\n"
+    "tgx_content_sweep rewrite IN OUT      every text and container put anew by the writer of edits\n"
     "tgx_content_sweep remove IN OUT N     the N-th container of each page taken out, counted from 0\n"
     "tgx_content_sweep removeall IN OUT    all of each page taken out but what others depend on\n"
     "tgx_content_sweep read IN             everything read that clients read, with a line of what there was\n"
@@ -172,7 +188,8 @@ bool IsUse(const std::vector<std::string>& words) {
   const std::string mode = words.empty() ? "" : words[0];
   if (mode == "read") return words.size() == 2;
   if (mode == "remove") return words.size() == 4;
-  const bool isMode = mode == "operators" || mode == "removeall" || mode == "edit" || mode == "text" || mode == "boxes";
+  const bool isMode =
+      mode == "operators" || mode == "rewrite" || mode == "removeall" || mode == "edit" || mode == "text" || mode == "boxes";
   return isMode && words.size() == 3;
 }
 

@@ -2,6 +2,7 @@
 """Sweeps over PDF documents with content_sweep and compares what viewers make of the results.
 
     sweep.py PROGRAM operators FILE...     each page anew from its operators: identical pixels and text
+    sweep.py PROGRAM rewrite FILE...       the same with every text and every container put anew by the writer of edits
     sweep.py PROGRAM remove FILE...        each container of each page taken out in turn: pixels outside its box and the
                                            words outside it stay as they are
     sweep.py PROGRAM text FILE...          characters of the pages against pdftotext
@@ -19,8 +20,15 @@ RESOLUTION = 100
 MARGIN = 4  # pixels around a box: line widths, glyphs that reach beyond their metrics, smoothing
 
 
+class ViewerFailed(Exception):
+    """A viewer or the program under test ended with an error."""
+
+
 def run(*arguments):
-    return subprocess.run(arguments, capture_output=True, check=False).stdout
+    done = subprocess.run(arguments, capture_output=True, check=False)
+    if done.returncode != 0:
+        raise ViewerFailed(f"{' '.join(arguments)}: exit {done.returncode}: {done.stderr.decode('utf8', 'replace')[:200]}")
+    return done.stdout
 
 
 def images(path):
@@ -58,11 +66,22 @@ def page_sizes(path):
 
 
 def check_operators(program, path, out):
-    subprocess.run([program, "operators", path, out], check=True)
+    return compare_all(program, path, out, "operators")
+
+
+def check_rewrite(program, path, out):
+    return compare_all(program, path, out, "rewrite")
+
+
+def compare_all(program, path, out, mode):
+    run(program, mode, path, out)
     problems = []
     if run("pdftotext", "-raw", path, "-") != run("pdftotext", "-raw", out, "-"):
         problems.append("text differs")
-    for number, (before, after) in enumerate(zip(images(path), images(out)), 1):
+    old, new = images(path), images(out)
+    if len(old) != len(new):
+        problems.append(f"{len(old)} pages before, {len(new)} after")
+    for number, (before, after) in enumerate(zip(old, new), 1):
         if before != after:
             problems.append(f"page {number}: pixels differ")
     return problems
@@ -85,6 +104,9 @@ def check_remove(program, path, out):
     problems = []
     before, old_words, boxes = images(path), words(path), page_sizes(path)
     number = 0
+    turned = sum(size["rot"] != ["0"] for size in boxes.values())
+    if turned:
+        print(f"{path}: {turned} turned pages are not looked at")
     while True:
         done = subprocess.run([program, "remove", path, out, str(number)], check=False, capture_output=True)
         if done.returncode != 0:
@@ -93,6 +115,8 @@ def check_remove(program, path, out):
         if not removed:
             return problems
         after, new_words = images(out), words(out)
+        if len(after) != len(before) or len(new_words) != len(old_words):
+            return problems + [f"container {number}: {len(before)} pages before, {len(after)} after"]
         scale = RESOLUTION / 72
         for page, (left, bottom, right, top) in removed.items():
             media = [float(value) for value in boxes[page]["MediaBox"]]
@@ -172,11 +196,14 @@ def check_boxes(program, path, _):
 
 def main():
     program, what, files = sys.argv[1], sys.argv[2], sys.argv[3:]
-    check = {"operators": check_operators, "remove": check_remove, "text": check_text, "boxes": check_boxes}[what]
+    check = {"operators": check_operators, "rewrite": check_rewrite, "remove": check_remove, "text": check_text, "boxes": check_boxes}[what]
     failed = 0
     with tempfile.TemporaryDirectory() as folder:
         for path in files:
-            problems = check(program, path, os.path.join(folder, "out.pdf"))
+            try:
+                problems = check(program, path, os.path.join(folder, "out.pdf"))
+            except ViewerFailed as failure:
+                problems = [str(failure)]
             failed += bool(problems)
             print(f"{path}: {'ok' if not problems else len(problems)}")
             for problem in problems[:8]:
