@@ -1,6 +1,7 @@
 #include "src/common/KidSequence.h"
 
 #include <algorithm>
+#include <iterator>
 
 namespace tgx {
 namespace {
@@ -42,6 +43,13 @@ int KidSequence::FirstPlaceOf(std::uint64_t kid) const {
   for (std::size_t before = 0; before < block->order; ++before) place += blocks_[before]->kids.size();
   return static_cast<int>(place) +
          static_cast<int>(std::find(block->kids.begin(), block->kids.end(), kid) - block->kids.begin());
+}
+
+bool KidSequence::HasOnce(std::uint64_t kid) const {
+  const auto [begin, end] = blocksOf_.equal_range(kid);
+  if (begin == end || std::next(begin) != end) return false;
+  const std::vector<std::uint64_t>& kids = begin->second->kids;
+  return std::count(kids.begin(), kids.end(), kid) == 1;
 }
 
 void KidSequence::Insert(std::size_t place, std::uint64_t kid) {

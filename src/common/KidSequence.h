@@ -16,6 +16,8 @@ class KidSequence {
   explicit KidSequence(const std::vector<std::uint64_t>& kids);
 
   std::size_t Size() const { return size_; }
+  /// Whether the kid stands in one place.
+  bool HasOnce(std::uint64_t kid) const;
   /// -1 for what is none of the kids.
   int FirstPlaceOf(std::uint64_t kid) const;
   /// `place` is at most the size.

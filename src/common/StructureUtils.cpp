@@ -3,6 +3,7 @@
 #include <algorithm>
 
 #include "src/api/StructureError.h"
+#include "src/common/ObjectBits.h"
 #include "src/common/PageHelpers.h"
 
 namespace tgx {
@@ -38,15 +39,42 @@ std::string MappedType(PDSTreeRoot root, const std::string& type, int line) {
   return mapped == ASAtomNull ? type : ASAtomGetString(mapped);
 }
 
-// Takes a container out of its page, if it stands in the page's own list.
-void RemoveTopLevelContainer(CosObj cosPage, const void* container, PageFinder& pages) {
-  PageReference page(pages.Acquire(cosPage));
-  const PDEContent content = PDPageAcquirePDEContent(page.Get(), ExtensionId());
-  for (ASInt32 index = 0; index < PDEContentGetNumElems(content); ++index) {
+bool HoldsContainers(PDEContainer container) {
+  const PDEContent content = PDEContainerGetContent(container);
+  const ASInt32 count = PDEContentGetNumElems(content);
+  for (ASInt32 index = 0; index < count; ++index) {
+    if (PDEObjectGetType(PDEContentGetElem(content, index)) == kPDEContainer) return true;
+  }
+  return false;
+}
+
+// The place of a container in a list, looked for from `start` to both sides; -1 if it stands deeper, or nowhere.
+ASInt32 PlaceOfContainer(PDEContent content, const void* container, ASInt32 start) {
+  const ASInt32 count = PDEContentGetNumElems(content);
+  const auto isIt = [&](ASInt32 index) {
     const PDEElement element = PDEContentGetElem(content, index);
-    if (element != container || PDEObjectGetType(element) != kPDEContainer) continue;
-    PDEContentRemoveElem(content, index);
-    break;
+    return element == container && PDEObjectGetType(element) == kPDEContainer;
+  };
+  ASInt32 behind = std::min(start, count);
+  ASInt32 before = behind - 1;
+  for (; behind < count || before >= 0; ++behind, --before) {
+    if (behind < count && isIt(behind)) return behind;
+    if (before >= 0 && isIt(before)) return before;
+  }
+  return -1;
+}
+
+// Takes a container out of its page, if it stands in the page's own list.
+void RemoveTopLevelContainer(CosObj cosPage, const void* container, Removals& removals) {
+  PageReference page(removals.pages.Acquire(cosPage));
+  const PDEContent content = PDPageAcquirePDEContent(page.Get(), ExtensionId());
+  ASInt32& last = removals.lastPlaces[BitsOf(cosPage)];
+  const ASInt32 place = PlaceOfContainer(content, container, last);
+  if (place >= 0) {
+    const PDEElement element = PDEContentGetElem(content, place);
+    if (HoldsContainers(static_cast<PDEContainer>(element))) ++removals.withOthers;
+    PDEContentRemoveElem(content, place);
+    last = place;
   }
   FinishPage(page.Release());
 }
@@ -69,7 +97,7 @@ bool Holds(const std::vector<char>& text, const std::vector<char>& needle) {
 
 }  // namespace
 
-void RemoveElementWithContent(PDSElement element, PageFinder& pages) {  // NOLINT(misc-no-recursion)
+void RemoveElementWithContent(PDSElement element, Removals& removals) {  // NOLINT(misc-no-recursion)
   PDSElement parent = GetParent(element);
   while (PDSElementGetNumKids(element) != 0) {
     CosObj kid = CosNewNull();
@@ -78,10 +106,10 @@ void RemoveElementWithContent(PDSElement element, PageFinder& pages) {  // NOLIN
     CosObj page = CosNewNull();
     const ASAtom type = PDSElementGetKidWithMCInfo(element, 0, &kid, &info, &pointer, &page);
     if (type == ASAtomFromString("StructElem")) {
-      RemoveElementWithContent(kid, pages);
+      RemoveElementWithContent(kid, removals);
     } else if (type == ASAtomFromString("MC")) {
       PDSElementRemoveKidMC(element, page, static_cast<PDEContainer>(pointer));
-      RemoveTopLevelContainer(page, pointer, pages);
+      RemoveTopLevelContainer(page, pointer, removals);
     } else if (type == ASAtomFromString("OBJR")) {
       PDSElementRemoveKidOBJR(element, kid);
     } else {

@@ -1,7 +1,10 @@
 #pragma once
 
+#include <cstddef>
+#include <cstdint>
 #include <list>
 #include <string>
+#include <unordered_map>
 #include <vector>
 
 #include "src/api/HostBinding.h"
@@ -10,9 +13,16 @@
 
 namespace tgx {
 
+/// What removals of elements from a document have in common.
+struct Removals {
+  PageFinder pages;
+  std::unordered_map<std::uint64_t, ASInt32> lastPlaces;  ///< by the page: where the last container stood
+  std::size_t withOthers = 0;                             ///< containers that took others, inside them, with them
+};
+
 /// Removes an element from its parent, with everything below it: marked content that stands directly in a page's list leaves
 /// its page, content inside another container stays there. Throws as PageFinder::Acquire for content on what is no page.
-void RemoveElementWithContent(PDSElement element, PageFinder& pages);
+void RemoveElementWithContent(PDSElement element, Removals& removals);
 
 /// The place of `kid` among the kids of `parent`, which may be the tree root; -1 if it is none of them or `parent` is null.
 int GetKidIndex(PDSElement parent, CosObj kid);

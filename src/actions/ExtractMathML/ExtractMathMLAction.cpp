@@ -1,8 +1,5 @@
 #include "src/actions/ExtractMathML/ExtractMathMLAction.h"
 
-#include <algorithm>
-
-#include "src/actions/ExtractMathML/StructureKid.h"
 #include "src/common/AnnotHelpers.h"
 #include "src/common/PageReference.h"
 #include "src/common/StructureUtils.h"
@@ -13,33 +10,6 @@ namespace {
 
 constexpr ASUns32 kPrintFlag = 4;
 constexpr float kHighlightOpacity = 0.3F;
-
-bool IsZero(const ASFixedRect& rect) { return rect.left == 0 && rect.top == 0 && rect.right == 0 && rect.bottom == 0; }
-
-/// The box over the marked content among the kids of an element. The top shrinks to the lowest of the boxes' tops, as the
-/// bottom does, and content that paints nothing counts with its box at the origin once a box has been met: readers of the
-/// annotation rely on the area as it is.
-ASFixedRect BoxOfKids(const PDSElement& element) {
-  ASFixedRect box = {};
-  const ASAtom markedContent = ASAtomFromString("MC");
-  const ASInt32 count = PDSElementGetNumKids(element);
-  for (ASInt32 i = 0; i < count; ++i) {
-    CosObj kid = CosNewNull();
-    void* pointer = nullptr;
-    if (PDSElementGetKid(element, i, &kid, &pointer, nullptr) != markedContent || pointer == nullptr) continue;
-    ASFixedRect own = {};
-    PDEElementGetBBox(static_cast<PDEElement>(pointer), &own);
-    if (IsZero(box)) {
-      box = own;
-      continue;
-    }
-    box.left = std::min(box.left, own.left);
-    box.right = std::max(box.right, own.right);
-    box.top = std::min(box.top, own.top);
-    box.bottom = std::min(box.bottom, own.bottom);
-  }
-  return box;
-}
 
 /// The page of the first kid that has one, else the null object.
 CosObj PageOfKids(const PDSElement& element) {
@@ -82,7 +52,7 @@ bool ExtractMathMLAction::Run() {
   for (auto& [id, entry] : formulas_) {
     if (!TagStructureWalker::IsNull(entry.start) && !TagStructureWalker::IsNull(entry.end)) BuildFormula(entry);
   }
-  if (!formulas_.empty() && !TagStructureWalker::IsNull(holder_)) RemoveElementWithContent(holder_, pageFinder_);
+  if (!formulas_.empty() && !TagStructureWalker::IsNull(holder_)) RemoveElementWithContent(holder_, removals_);
   CommitPages();
   return true;
 }
@@ -122,17 +92,26 @@ void ExtractMathMLAction::BuildFormula(FormulaEntry& entry) {
   const CosObj annotation = CreateAnnotation(entry, parent, page);
   PDSElementInsertOBJAsKid(annot, page, annotation, kPDSAfterLast);
   PDSElement formula = NewElement(GetDocument(), "Formula");
-  const std::vector<StructureKid> kids = KidsBetween(parent, entry.start, entry.end);
-  for (const StructureKid& kid : kids) Detach(kid, GetDocument());
+  const std::vector<StructureKid> kids = kids_.Between(parent, entry.start, entry.end);
+  for (const StructureKid& kid : kids) kids_.Detach(kid, GetDocument());
   for (const StructureKid& kid : kids) Attach(kid, formula, GetDocument());
   PDSElementInsertKid(annot, formula, kPDSAfterLast);
-  PDSElementInsertKid(parent, annot, GetKidIndex(parent, entry.start) + 1);
-  RemoveElementWithContent(entry.start, pageFinder_);
-  RemoveElementWithContent(entry.end, pageFinder_);
+  kids_.InsertBehind(parent, annot, kids_.IndexOf(parent, entry.start));
+  RemoveMarker(entry.start);
+  RemoveMarker(entry.end);
+}
+
+void ExtractMathMLAction::RemoveMarker(PDSElement& marker) {
+  const PDSElement parent = GetParent(marker);
+  const int place = kids_.IndexOf(parent, marker);
+  const std::size_t withOthers = removals_.withOthers;
+  RemoveElementWithContent(marker, removals_);
+  kids_.NoteRemoval(parent, place);
+  if (removals_.withOthers != withOthers) kids_.Forget();
 }
 
 CosObj ExtractMathMLAction::CreateAnnotation(FormulaEntry& entry, PDSElement& parent, CosObj cosPage) {
-  const ASFixedRect box = BoxOfKids(parent);
+  const ASFixedRect box = kids_.BoxOf(parent);
   const PageReference page(PDDocAcquirePage(GetDocument(), PDPageNumFromCosObj(cosPage)));
   const CosObj annotation = CreateHighlightAnnot(page.Get(), box);
   SetYellow(annotation);

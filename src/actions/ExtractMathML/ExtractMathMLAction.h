@@ -4,9 +4,10 @@
 #include <string>
 #include <vector>
 
+#include "src/actions/ExtractMathML/FormulaKids.h"
 #include "src/actions/ExtractMathML/FormulaMarker.h"
 #include "src/actions/PDFAction.h"
-#include "src/common/PageFinder.h"
+#include "src/common/StructureUtils.h"
 #include "src/common/TagStructureVisitor.h"
 
 namespace tgx {
@@ -39,12 +40,14 @@ class ExtractMathMLAction : public PDFAction, public TagStructureVisitorBase {
 
   void TakeMarker(PDSElement& element, const FormulaMarker& marker);
   void BuildFormula(FormulaEntry& entry);
+  void RemoveMarker(PDSElement& marker);
   /// The highlight annotation over the kids of `parent` that carries the formula's source.
   CosObj CreateAnnotation(FormulaEntry& entry, PDSElement& parent, CosObj cosPage);
 
   PDSElement holder_;  ///< the null object until one is met
   std::map<int, FormulaEntry> formulas_;
-  PageFinder pageFinder_;
+  FormulaKids kids_;
+  Removals removals_;
 };
 
 }  // namespace tgx

@@ -17,11 +17,11 @@ std::unique_ptr<McChangeSaver> SaverFor(const StructureKid& kid, PDDoc document)
 
 }  // namespace
 
-std::vector<StructureKid> KidsBetween(PDSElement& parent, PDSElement& start, PDSElement& end) {
+std::vector<StructureKid> KidsBetween(PDSElement& parent, PDSElement& start, PDSElement& end, ASInt32 place, bool isOnce) {
   std::vector<StructureKid> kids;
   bool isBetween = false;
   const ASInt32 count = PDSElementGetNumKids(parent);
-  for (ASInt32 i = 0; i < count; ++i) {
+  for (ASInt32 i = place; i < count; ++i) {
     StructureKid kid = {parent, CosNewNull(), ASAtomFromString("Dummy"), nullptr, {}, CosNewNull()};
     void* pointer = nullptr;
     kid.kind = PDSElementGetKidWithMCInfo(parent, i, &kid.kid, &kid.mcInfo, &pointer, &kid.page);
@@ -29,6 +29,7 @@ std::vector<StructureKid> KidsBetween(PDSElement& parent, PDSElement& start, PDS
     if (CosObjEqual(kid.kid, start) == 1) {
       isBetween = true;
     } else if (CosObjEqual(kid.kid, end) == 1) {
+      if (isBetween && isOnce) break;
       isBetween = false;
     } else if (isBetween) {
       kids.push_back(kid);

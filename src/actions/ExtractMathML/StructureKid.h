@@ -16,8 +16,10 @@ struct StructureKid {
   CosObj page;  ///< the null object where the host knows none
 };
 
-/// The kids of `parent` that follow `start`, up to `end`. With `end` before `start` these are all that follow `start`.
-std::vector<StructureKid> KidsBetween(PDSElement& parent, PDSElement& start, PDSElement& end);
+/// The kids of `parent` that follow `start`, up to `end`. With `end` before `start` these are all that follow `start`, and
+/// where `start` stands in several places those behind each of them. Looks from `place` on, and with `isOnce` no further
+/// than to `end`: that `start` stands nowhere else is known.
+std::vector<StructureKid> KidsBetween(PDSElement& parent, PDSElement& start, PDSElement& end, ASInt32 place, bool isOnce);
 
 /// Takes the kid out of its parent, or puts it behind the last kid of `element`; its page's content is committed with it.
 /// Throws std::runtime_error for a kid of another kind than element, marked content and object reference.

@@ -1,5 +1,8 @@
 #include "src/common/KidSequence.h"
 
+#include <numeric>
+#include <vector>
+
 #include <gtest/gtest.h>
 
 #include <algorithm>
@@ -45,6 +48,17 @@ TEST(KidSequence, OfNoKidsTakesThemIn) {
   sequence.Erase(0);
   EXPECT_EQ(sequence.FirstPlaceOf(7), -1);
   EXPECT_EQ(sequence.Size(), 0U);
+}
+
+TEST(KidSequence, TellsWhatStandsInOnePlace) {
+  std::vector<std::uint64_t> kids(2000);
+  std::iota(kids.begin(), kids.end(), 0);
+  kids.insert(kids.end(), {7, 1998});
+  const KidSequence sequence(kids);
+  EXPECT_TRUE(sequence.HasOnce(8));
+  EXPECT_FALSE(sequence.HasOnce(7));     // far apart
+  EXPECT_FALSE(sequence.HasOnce(1998));  // side by side
+  EXPECT_FALSE(sequence.HasOnce(2000));
 }
 
 }  // namespace

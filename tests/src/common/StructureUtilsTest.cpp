@@ -38,7 +38,7 @@ class StructureUtilsTest : public test::StructureTest {
     return GetLanguage(element, lang) ? Text(lang) : "none";
   }
 
-  PageFinder pages_;
+  Removals removals_;
 };
 
 TEST_F(StructureUtilsTest, FindsTheIndexOfAKidOfAnyKind) {
@@ -271,7 +271,7 @@ TEST_F(StructureUtilsTest, GoesThroughThePagesOnceForManySearches) {
   test::RecordingHost host;
   const test::HostSession session(host.Tables());
   for (int page = 4; page >= 0; --page) {
-    EXPECT_NE(CosObjEqual(PDPageGetCosObj(pages_.Acquire(dictionaries[page])), dictionaries[page]), 0) << page;
+    EXPECT_NE(CosObjEqual(PDPageGetCosObj(removals_.pages.Acquire(dictionaries[page])), dictionaries[page]), 0) << page;
   }
   EXPECT_EQ(host.Count(Operation::PDDocAcquirePage), 5U + 5U);
 }
@@ -301,7 +301,7 @@ TEST_F(StructureUtilsTest, RemovesAnElementWithEverythingBelowIt) {
   Open();
   PDSElement sect = At({0, 0});
   PDSElement link = At({0, 0, 1});
-  RemoveElementWithContent(sect, pages_);
+  RemoveElementWithContent(sect, removals_);
   EXPECT_EQ(test::SavedTree(Opened()), "Document\n  Art\n");
   EXPECT_EQ(PDSElementGetNumKids(sect), 0);
   EXPECT_EQ(PDSElementGetNumKids(link), 0);
@@ -312,7 +312,7 @@ TEST_F(StructureUtilsTest, RemovesAnElementOnTop) {
   doc.Tree({Element("Document"), Element("Part")});
   Open();
   PDSElement document = Top();
-  RemoveElementWithContent(document, pages_);
+  RemoveElementWithContent(document, removals_);
   EXPECT_EQ(test::SavedTree(Opened()), "Part\n");
 }
 
@@ -321,7 +321,7 @@ TEST_F(StructureUtilsTest, RemovesKidsOfUnknownTypeAndComesToAnEnd) {
   doc.Tree({Element("Document")({Element("P").RawKid("<</Type/Whatever>>").RawKid("(text)").RawKid("true")})});
   Open();
   PDSElement paragraph = At({0, 0});
-  RemoveElementWithContent(paragraph, pages_);
+  RemoveElementWithContent(paragraph, removals_);
   EXPECT_EQ(test::SavedTree(Opened()), "Document\n");
 }
 
@@ -332,7 +332,7 @@ TEST_F(StructureUtilsTest, RemovesTheContentOfWhatItRemoves) {
       {Element("Document")({Element("Sect").Text(first, "one").Add(Element("P").Text(second, "two").Text(second, "three")),
                             Element("P").Text(second, "stays")})});
   Open();
-  RemoveElementWithContent(At({0, 0}), pages_);
+  RemoveElementWithContent(At({0, 0}), removals_);
   test::ReadBack saved(Opened().Save());
   EXPECT_EQ(test::TreeText(saved.Pdf()), "Document\n  P\n    mcid 2 page 2\n");
   EXPECT_THAT(saved.Content(1), testing::Not(testing::HasSubstr("(one)")));
@@ -346,7 +346,7 @@ TEST_F(StructureUtilsTest, LeavesContentInsideAnotherContainerOnThePage) {
   page.Add(test::Marked("Sect", "", {test::Marked("P", "<</MCID 4>>", {test::Text("nested")})}));
   doc.Tree({Element("Document")({Element("P").Mcid(page, 4)})});
   Open();
-  RemoveElementWithContent(At({0, 0}), pages_);
+  RemoveElementWithContent(At({0, 0}), removals_);
   test::ReadBack saved(Opened().Save());
   EXPECT_EQ(test::TreeText(saved.Pdf()), "Document\n");
   EXPECT_THAT(saved.Content(1), testing::HasSubstr("(nested)"));
@@ -356,7 +356,7 @@ TEST_F(StructureUtilsTest, RemovesAKidWhoseContentIsGone) {
   Page& page = doc.AddPage();
   doc.Tree({Element("Document")({Element("P").Mcid(page, 4)})});
   Open();
-  RemoveElementWithContent(At({0, 0}), pages_);
+  RemoveElementWithContent(At({0, 0}), removals_);
   EXPECT_EQ(test::SavedTree(Opened()), "Document\n");
 }
 

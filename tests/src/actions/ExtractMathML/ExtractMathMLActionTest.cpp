@@ -1,3 +1,8 @@
+#include <algorithm>
+#include <numeric>
+#include <string>
+#include <vector>
+
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
@@ -460,6 +465,80 @@ TEST_F(ExtractMathML, KeepsThePagesOnlyForTheRun) {
 TEST_F(ExtractMathML, FailsForAKidOfUnknownKind) {
   EXPECT_EQ(Run({Element("P").Text(page_, "a").Add(Marked("MATHML_1_START")).RawKid("(odd)").Add(Marked("MATHML_1_END"))}),
             test::HardFailure("unknown node type"));
+}
+
+/// The calls of the host that a run takes on formulas in one paragraph, with a mark's number for each.
+std::size_t CallsFor(const std::vector<std::size_t>& numbers) {
+  TestDocument document;
+  test::Page& page = document.AddPage();
+  Element paragraph("P");
+  const auto mark = [&](std::size_t number, const std::string& kind) {
+    const std::string alt = "MATHML_" + std::to_string(number) + kind;
+    return Element("Span").Alt(std::u16string_view(std::u16string(alt.begin(), alt.end()))).Text(page, "m");
+  };
+  for (const std::size_t number : numbers) {
+    paragraph.Add(mark(number, "_START")).Text(page, "x").Add(mark(number, "_END"));
+  }
+  document.Tree({paragraph});
+  OpenDocument open(document.Write());
+  test::RaisingHost host(test::EmbeddedTables(), 0);
+  const test::HostSession session(host.Tables());
+  EXPECT_EQ(open.Action(kMathML), test::kSuccess);
+  return host.Calls();
+}
+
+std::vector<std::size_t> NumbersTo(std::size_t last) {
+  std::vector<std::size_t> numbers(last);
+  std::iota(numbers.begin(), numbers.end(), 1);
+  return numbers;
+}
+
+TEST(CostOfExtractMathML, GrowsWithTheFormulasOfAParagraph) {
+  EXPECT_LT(CallsFor(NumbersTo(400)), 5 * CallsFor(NumbersTo(100)));
+}
+
+TEST(CostOfExtractMathML, GrowsWithTheFormulasOfAParagraphInTurnedOrder) {
+  std::vector<std::size_t> few = NumbersTo(100);
+  std::vector<std::size_t> many = NumbersTo(400);
+  std::reverse(few.begin(), few.end());
+  std::reverse(many.begin(), many.end());
+  EXPECT_LT(CallsFor(many), 5 * CallsFor(few));
+}
+
+TEST_F(ExtractMathML, TakesContentInsideTheMarkOfAnEarlierFormulaForGone) {
+  // The first end mark has the left one of the paragraph's contents inside it, and takes it off the page.
+  page_.Add(test::Marked("Span", "<</MCID 0>>", {test::Marked("Span", "<</MCID 1>>", {test::Text("left")})}));
+  Run({Element("P")
+           .Mcid(page_, 1)
+           .Add(Marked("MATHML_1_START"))
+           .Add(Marked("MATHML_1_END").Mcid(page_, 0))
+           .Text(page_, "right")
+           .Add(Marked("MATHML_2_START"))
+           .Add(Marked("MATHML_2_END"))});
+  const std::vector<double> second = Rect();
+  test::ReadBack file(saved_);
+  std::vector<double> first;
+  for (QPDFObjectHandle number : file.Page(1).getKey("/Annots").getArrayItem(0).getKey("/Rect").getArrayAsVector())
+    first.push_back(number.getNumericValue());
+  EXPECT_NE(first, second);
+}
+
+TEST_F(ExtractMathML, TakesWhatFollowsEachPlaceOfAStart) {
+  document_.Tree({Element("P").Text(page_, "a").Add(Marked("MATHML_1_START")).Text(page_, "b").Add(Marked("MATHML_1_END"))});
+  document_.Patch([](QPDF& pdf) {
+    for (QPDFObjectHandle& object : pdf.getAllObjects()) {
+      if (!object.isDictionary() || object.getKey("/S").unparse() != "/P") continue;
+      QPDFObjectHandle kids = object.getKey("/K");
+      kids.appendItem(kids.getArrayItem(1));
+      kids.appendItem(QPDFObjectHandle::parse("0"));
+      kids.eraseItem(0);
+    }
+  });
+  OpenDocument open(document_.Write());
+  EXPECT_EQ(open.Action(kMathML), test::kSuccess);
+  EXPECT_EQ(test::TreeText(open.Save()),
+            "P\n  Annot\n    objr Highlight page 1\n    Formula\n      mcid 1 page 1\n      mcid 0 page 1\n"
+            "  Span alt=u\"MATHML_1_START\"\n");
 }
 
 }  // namespace
