@@ -85,6 +85,8 @@ std::string LanguageInBrackets(const std::string& bytes) {
   std::string text = IsCutUtf16(bytes) ? bytes.substr(kUtf16Mark.size()) : DecodeTextString(bytes);
   if (!text.starts_with(kOpen) || !text.ends_with(']')) return "";
   text = text.substr(kOpen.size(), text.size() - kOpen.size() - 1);
+  // As systems name their locales; languages of documents have hyphens.
+  std::replace(text.begin(), text.end(), '_', '-');
   return IsLanguageCode(text) ? text : "";
 }
 

@@ -19,6 +19,11 @@ TEST(LanguageInBrackets, IsTheCodeInAnyEncoding) {
   EXPECT_EQ(LanguageInBrackets("\xFE\xFF[Lang=en-GB]"), "en-GB") << "UTF-16 without its zero bytes";
 }
 
+TEST(LanguageInBrackets, HasHyphensInPlaceOfUnderscores) {
+  EXPECT_EQ(LanguageInBrackets("[Lang=de_DE]"), "de-DE");
+  EXPECT_EQ(LanguageInBrackets("[Lang=zh_Hant_TW]"), "zh-Hant-TW");
+}
+
 TEST(LanguageInBrackets, IsNothingForOtherForms) {
   for (const char* text : {"", "de", "[Lang=]", "[Lang=de", "Lang=de]", "[lang=de]", " [Lang=de]", "[Lang=de][Lang=fr]",
                            "[Lang=d e]", "[Lang=d\xE9]"}) {

@@ -225,6 +225,12 @@ TEST_F(DoubleBullets, RemovesASpanThatHoldsTheVisibleBulletToo) {
   EXPECT_NE(test::ReadBack(saved_).Content(1).find("<0001>"), std::string::npos) << "on the page, and in no element";
 }
 
+TEST_F(DoubleBullets, PassesOverContentThatBelongsToNoPage) {
+  Repair({Element("P").RawKid("7"), Element("Lbl")({Hidden(), Visible()}), Element("P").Mark(page_, Shown("0002"))});
+  EXPECT_EQ(Left("hidden"), 0U);
+  EXPECT_EQ(Left("visible"), 1U);
+}
+
 TEST_F(DoubleBullets, ReadsContentOnceHoweverOftenItStandsInTheTree) {
   const auto textsRead = [](int times) {
     TestDocument document;

@@ -145,6 +145,11 @@ TEST_F(MainLang, TakesZeroBytesInALanguageOfContentForAnotherLanguage) {
       << "three and two runs would make five of one language";
 }
 
+TEST_F(MainLang, StoresTheZeroBytesOfALanguageOfContent) {
+  page_.Add(test::Marked("Span", "<</MCID 7/Lang<00640065>>>", {Runs(6)}));
+  EXPECT_EQ(Resolved({Element("P").Mcid(page_, 7), Paragraph("de", 3)}), "\0d\0e"s);
+}
+
 TEST_F(MainLang, FindsTheDocumentThroughTheRoleMap) {
   document_.RoleMap({{"Story", "Document"}});
   EXPECT_EQ(Resolved({Paragraph("de", 3)}, "Story"), "de");
