@@ -9,6 +9,7 @@
 #include "tool/Elements.h"
 #include "tool/HostCalls.h"
 #include "tool/Marks.h"
+#include "tool/PageContent.h"
 #include "tool/PageNumbers.h"
 #include "tool/TextString.h"
 
@@ -140,11 +141,9 @@ bool HoldsMcidThatIsNoNumber(PDEContent content) {  // NOLINT(misc-no-recursion)
 std::optional<Hindrance> FindMcidThatIsNoNumber(PDDoc document) {
   const ASInt32 count = PDDocGetNumPages(document);
   for (ASInt32 i = 0; i < count; ++i) {
-    const PDPage page = PDDocAcquirePage(document, i);
-    const bool isFound = HoldsMcidThatIsNoNumber(PDPageAcquirePDEContent(page, nullptr));
-    PDPageReleasePDEContent(page, nullptr);
-    PDPageRelease(page);
-    if (isFound) return Hindrance{i + 1, "marked content has an MCID that is no integer"};
+    if (HoldsMcidThatIsNoNumber(PageContent(document, i).Get())) {
+      return Hindrance{i + 1, "marked content has an MCID that is no integer"};
+    }
   }
   return std::nullopt;
 }

@@ -9,6 +9,7 @@
 
 #include "tool/Elements.h"
 #include "tool/HostCalls.h"
+#include "tool/PageContent.h"
 #include "tool/TextString.h"
 
 namespace tgx::tool {
@@ -56,12 +57,8 @@ bool WritePlainLanguages(CosDoc document, PDEContent content) {  // NOLINT(misc-
 void WritePlainLanguagesOfPages(PDDoc document) {
   const ASInt32 count = PDDocGetNumPages(document);
   for (ASInt32 i = 0; i < count; ++i) {
-    const PDPage page = PDDocAcquirePage(document, i);
-    if (WritePlainLanguages(PDDocGetCosDoc(document), PDPageAcquirePDEContent(page, nullptr))) {
-      PDPageSetPDEContent(page, nullptr);
-    }
-    PDPageReleasePDEContent(page, nullptr);
-    PDPageRelease(page);
+    const PageContent content(document, i);
+    if (WritePlainLanguages(PDDocGetCosDoc(document), content.Get())) PDPageSetPDEContent(content.Page(), nullptr);
   }
 }
 

@@ -2,6 +2,8 @@
 
 #include <gtest/gtest.h>
 
+#include "host/core/HostError.h"
+#include "tests/support/HostFailureSweep.h"
 #include "tests/support/TestDocument.h"
 #include "tests/support/TreeText.h"
 #include "tests/tool/RunTool.h"
@@ -116,6 +118,24 @@ TEST(PlainLanguages, LeavesContentWithoutSuchLanguagesByteForByte) {
   document.Tree({Element("P").Lang("[Lang=de]").Text(page, "x")});
   const std::string before = test::ReadBack(document.Write()).Content(1);
   EXPECT_EQ(test::ReadBack(AfterPlainLanguages(document)).Content(1), before);
+}
+
+TEST(PlainLanguages, EndsAtEveryHostFailureWithItsTextAndASoundDocument) {
+  test::TestDocument document;
+  test::Page& page = document.AddPage();
+  page.Add(test::Marked("Span", "<</MCID 0/Lang([Lang=de])>>", {test::Marked("Span", "<</Lang(it)>>", {test::Text("a")})}));
+  page.Add(test::MarkedByResource("Span", "<</MCID 1/Lang([Lang=es])>>", {test::Text("c")}));
+  document.Lang("[Lang=de]");
+  document.Tree({Element("Document").Lang("[Lang=fr]")({Element("P").Lang(u"[Lang=en]").Mcid(page, 0).Mcid(page, 1)})});
+  test::SweepHostFailures(document.Write(), [](test::OpenDocument& open) {
+    try {
+      const StepResult result = RunToolStep(open.Handle(), "plain-languages");
+      return test::Outcome{result.code, result.error};
+    } catch (const host::HostError& failure) {
+      // Only the call that makes the step's own frame fails without one.
+      return test::HardFailure(failure.what());
+    }
+  });
 }
 
 TEST(PlainLanguages, ReportsATreeThatTheHostRefuses) {
