@@ -57,6 +57,7 @@ void RoleDispatchFixer::Walk(const PDSElement& element) {
       continue;
     }
     const bool hadTable = HasTable();
+    BeforeElement(kid);
     Dispatch(kid);
     Walk(kid);
     AfterElement(hadTable);

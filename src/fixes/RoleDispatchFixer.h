@@ -48,6 +48,8 @@ class RoleDispatchFixer {
   virtual void Begin() = 0;
   /// All elements have been met.
   virtual void Finish() = 0;
+  /// An element is about to be handled.
+  virtual void BeforeElement(const PDSElement& /*element*/) {}
   /// An element and all below it have been handled; `hadTable` tells whether a table was open before it.
   virtual void AfterElement(bool /*hadTable*/) {}
   virtual bool HasTable() const = 0;

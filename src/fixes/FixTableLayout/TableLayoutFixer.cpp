@@ -1,6 +1,16 @@
 #include "src/fixes/FixTableLayout/TableLayoutFixer.h"
 
+#include <stdexcept>
+
+#include "src/common/ObjectBits.h"
+
 namespace tgx {
+namespace {
+
+constexpr std::int64_t kMostAgainPerElement = 4;
+constexpr std::int64_t kMostAgainAnyway = 100'000;
+
+}  // namespace
 
 TableLayoutFixer::TableLayoutFixer() : RoleDispatchFixer({"fixes/FixTableLayout/TableLayoutFixer", 32}) {
   SetHandler("Table", &TableLayoutFixer::HandleTable);
@@ -10,6 +20,24 @@ TableLayoutFixer::TableLayoutFixer() : RoleDispatchFixer({"fixes/FixTableLayout/
   SetHandler("TR", &TableLayoutFixer::HandleRow);
   SetHandler("TD", &TableLayoutFixer::HandleDataCell);
   SetHandler("TH", &TableLayoutFixer::HandleHeaderCell);
+}
+
+void TableLayoutFixer::Begin() {
+  tables_.clear();
+  relocated_.clear();
+  levelsInsideRelocated_ = 0;
+  elementsMet_ = elementsMetAgain_ = 0;
+}
+
+void TableLayoutFixer::BeforeElement(const PDSElement& element) {
+  if (levelsInsideRelocated_ == 0 && !relocated_.contains(BitsOf(element))) {
+    ++elementsMet_;
+    return;
+  }
+  ++levelsInsideRelocated_;
+  if (++elementsMetAgain_ > kMostAgainPerElement * elementsMet_ + kMostAgainAnyway) {
+    throw std::runtime_error("the same elements would have to take the places of too many tables");
+  }
 }
 
 void TableLayoutFixer::handleOtherElement(const PDSElement& element) {
@@ -30,6 +58,7 @@ void TableLayoutFixer::Finish() {
 }
 
 void TableLayoutFixer::AfterElement(bool hadTable) {
+  if (levelsInsideRelocated_ > 0) --levelsInsideRelocated_;
   // The end of a table does not end the collecting: only what was collected outside any table is thrown away.
   if (!tables_.empty() || hadTable) return;
   Relocate();
@@ -47,6 +76,7 @@ void TableLayoutFixer::Relocate() {
   while (!otherElements_.empty()) {
     const PDSElement other = otherElements_.back();
     otherElements_.pop_back();
+    relocated_.insert(BitsOf(other));
     PDSElement placeholder;
     PDSElementCreate(Document(), &placeholder);
     places_.Insert(parent, placeholder, index - 1);  // after the kid before the table's place

@@ -1,6 +1,8 @@
 #pragma once
 
+#include <cstdint>
 #include <deque>
+#include <unordered_set>
 
 #include "src/common/KidFinder.h"
 #include "src/fixes/RoleDispatchFixer.h"
@@ -11,14 +13,16 @@ namespace tgx {
 ///
 /// Once a "Table" was met, every element of other than the table types that is met after it, inside the table or anywhere
 /// later in the tree, is collected until the next "Table" or the end of the tree; then the table leaves its parent and the
-/// collected elements stand in its place, in the order in which they were met. Their former parents keep them too.
+/// collected elements stand in its place, in the order in which they were met. Their former parents keep them too, so that
+/// the walk can meet them again and again, with all below them: a run in which that comes to a multiple of the tree fails.
 class TableLayoutFixer : public RoleDispatchFixer {
  public:
   TableLayoutFixer();
   void handleOtherElement(const PDSElement& element) override;
 
  private:
-  void Begin() override { tables_.clear(); }
+  void Begin() override;
+  void BeforeElement(const PDSElement& element) override;
   void Finish() override;
   void AfterElement(bool hadTable) override;
   bool HasTable() const override { return !tables_.empty(); }
@@ -43,6 +47,11 @@ class TableLayoutFixer : public RoleDispatchFixer {
   std::deque<PDSElement> dataCells_;
   std::deque<PDSElement> otherElements_;
   KidFinder places_;
+
+  std::unordered_set<std::uint64_t> relocated_;
+  int levelsInsideRelocated_ = 0;  ///< of the element that is being handled
+  std::int64_t elementsMet_ = 0;
+  std::int64_t elementsMetAgain_ = 0;  ///< relocated ones and what lies below them
 };
 
 }  // namespace tgx

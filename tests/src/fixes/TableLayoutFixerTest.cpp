@@ -120,6 +120,22 @@ TEST(TableLayout, KeepsWhatItCollectedForTheNextTableWhereTheLastOneIsNotFound) 
             "Document\n  P title=\"1\"\n  P title=\"1\"\n  Table title=\"twice\"\n  P title=\"2\"\n  P title=\"2\"\n");
 }
 
+// Tables beside one another, the first with sections in sections in it: each next table gives way to all of these, which
+// then stand among the kids that are still to be walked, with all below them.
+TEST(TableLayout, FailsWhereTheSameElementsWouldBeWalkedTooOften) {
+  Element sections("Sect");
+  for (int depth = 1; depth < 100; ++depth) sections = Element("Sect")({sections});
+  std::vector<Element> kids = {Cell({sections}), Element("Table"), Element("Table"), Element("Table")};
+  for (int i = 0; i < 4000; ++i) kids.push_back(Element("Span"));
+  TestDocument document;
+  document.AddPage();
+  document.Tree({Doc({Element("Sect")(kids)})});
+  OpenDocument open(document.Write());
+  const test::Outcome outcome = open.Fixups(kTableLayout);
+  EXPECT_EQ(outcome.result, TGX_FAILED);
+  EXPECT_EQ(outcome.text, "the same elements would have to take the places of too many tables");
+}
+
 std::size_t CallsFor(int tables) {
   TestDocument document;
   document.AddPage();
