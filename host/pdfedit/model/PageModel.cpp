@@ -26,9 +26,7 @@ PageModel::PageModel(PageContents& contents, ASInt32 pageIndex)
 
 PageModel::~PageModel() {
   for (CreatedText* text : added_) CreatedText::Free(*text);
-  for (std::uint32_t list = 0; list < lists_.Size(); ++list) {
-    if (lists_[list].capacity > ContentList::kFew) delete[] lists_[list].many;
-  }
+  for (std::uint32_t list = 0; list < lists_.Size(); ++list) lists_[list].Free();
   Detach();
 }
 
@@ -56,17 +54,9 @@ std::uint32_t PageModel::NewList(std::uint32_t owner) {
   const std::uint32_t last = owner == kNone ? Count() : At(owner).next;
   std::uint32_t size = 0;
   for (std::uint32_t item = first; item < last; item = At(item).next) ++size;
-  ContentList list{};
-  list.owner = owner;
-  list.capacity = std::max(size, ContentList::kFew);
-  std::unique_ptr<std::uint32_t[]> many;
-  if (size > ContentList::kFew) {
-    many = std::make_unique<std::uint32_t[]>(size);
-    list.many = many.get();
-  }
-  for (std::uint32_t item = first; item < last; item = At(item).next) list.Items()[list.size++] = item;
-  lists_.Add(list);
-  static_cast<void>(many.release());  // the record's from here on
+  ContentList& list = lists_.Add({});  // the model's from here on
+  list = ContentList::WithRoomFor(size, owner);
+  for (std::uint32_t item = first; item < last; item = At(item).next) list.Insert(list.size, item);
   return lists_.Size() - 1;
 }
 
@@ -79,7 +69,7 @@ void PageModel::CheckIndex(std::uint32_t list, ASInt32 index) {
 
 PDEObject PageModel::ItemAt(std::uint32_t list, ASInt32 index) {
   CheckIndex(list, index);
-  const std::uint32_t item = lists_[list].Items()[index];
+  const std::uint32_t item = lists_[list].Item(static_cast<std::uint32_t>(index));
   return (item & ContentList::kAdded) != 0 ? AddedText(item).Handle() : elements_.Handle(item);
 }
 

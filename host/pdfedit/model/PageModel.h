@@ -17,6 +17,7 @@
 #include <qpdf/QPDFObjectHandle.hh>
 
 #include "host/pdfedit/ImageData.h"
+#include "host/pdfedit/model/ContentList.h"
 #include "host/pdfedit/model/ContentState.h"
 #include "host/pdfedit/model/CreatedText.h"
 #include "host/pdfedit/model/PageResources.h"

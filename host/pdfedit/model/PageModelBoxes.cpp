@@ -116,7 +116,7 @@ Box PageModel::BoxOf(std::uint32_t number) {
       Box box;
       const std::uint32_t list = ListOf(number);
       for (std::uint32_t i = 0; i < lists_[list].size; ++i) {
-        const std::uint32_t item = lists_[list].Items()[i];
+        const std::uint32_t item = lists_[list].Item(i);
         box.Add((item & ContentList::kAdded) != 0 ? AddedText(item).Layout().Bounds() : BoxOf(item));
       }
       return box;

@@ -23,8 +23,7 @@ void PageModel::Touch(std::uint32_t list) {
 void PageModel::Remove(std::uint32_t list, ASInt32 index) {
   CheckIndex(list, index);
   ContentList& record = lists_[list];
-  std::uint32_t* place = record.Items() + index;
-  const std::uint32_t item = *place;
+  const std::uint32_t item = record.Item(static_cast<std::uint32_t>(index));
   if ((item & ContentList::kAdded) != 0) {
     Touch(list);
     CreatedText& text = AddedText(item);
@@ -35,8 +34,7 @@ void PageModel::Remove(std::uint32_t list, ASInt32 index) {
     At(item).flags |= Element::kRemoved;
     Edited();
   }
-  std::copy(place + 1, record.Items() + record.size, place);
-  --record.size;
+  record.Remove(static_cast<std::uint32_t>(index));
 }
 
 void PageModel::Add(std::uint32_t list, ASInt32 afterIndex, CreatedText& text) {
@@ -53,14 +51,6 @@ void PageModel::Add(std::uint32_t list, ASInt32 afterIndex, CreatedText& text) {
     }
   }
   ContentList& record = lists_[list];
-  if (record.size == record.capacity) {
-    const std::uint32_t capacity = record.capacity * 2;
-    auto* many = new std::uint32_t[capacity];
-    std::copy_n(record.Items(), record.size, many);
-    if (record.capacity > ContentList::kFew) delete[] record.many;
-    record.many = many;
-    record.capacity = capacity;
-  }
   Touch(list);
   if (text.page == nullptr) {
     text.addedAs = static_cast<std::uint32_t>(added_.size());
@@ -68,10 +58,7 @@ void PageModel::Add(std::uint32_t list, ASInt32 afterIndex, CreatedText& text) {
     text.page = this;
   }
   const std::uint32_t at = std::min(static_cast<std::uint32_t>(afterIndex + 1), record.size);
-  std::uint32_t* items = record.Items();
-  std::copy_backward(items + at, items + record.size, items + record.size + 1);
-  items[at] = text.addedAs | ContentList::kAdded;
-  ++record.size;
+  record.Insert(at, text.addedAs | ContentList::kAdded);
   text.list = list;
   ++text.references;
 }
@@ -189,7 +176,7 @@ std::uint32_t PageModel::EndOf(std::uint32_t list) {
 }
 
 void PageModel::CommitAdditions(std::uint32_t list) {
-  ContentList& record = lists_[list];
+  const ContentList& record = lists_[list];
   std::uint32_t offset = 0;
   if (record.owner != kNone) {
     ContentReader reader(bytes_, At(record.owner).begin);
@@ -197,15 +184,15 @@ void PageModel::CommitAdditions(std::uint32_t list) {
     offset = static_cast<std::uint32_t>(reader.End());
   }
   // Behind the last element the place is the end of the list, where clips and states of elements are over.
-  const std::uint32_t* items = record.Items();
   std::uint32_t lastOwn = record.size;
-  while (lastOwn > 0 && (items[lastOwn - 1] & ContentList::kAdded) != 0) --lastOwn;
+  while (lastOwn > 0 && (record.Item(lastOwn - 1) & ContentList::kAdded) != 0) --lastOwn;
   std::vector<Addition> additions;
   for (std::uint32_t i = 0; i < record.size; ++i) {
-    if ((items[i] & ContentList::kAdded) == 0) {
-      offset = At(items[i]).end;
+    const std::uint32_t item = record.Item(i);
+    if ((item & ContentList::kAdded) == 0) {
+      offset = At(item).end;
     } else {
-      additions.push_back({i < lastOwn ? offset : EndOf(list), AddedText(items[i]).runs});
+      additions.push_back({i < lastOwn ? offset : EndOf(list), AddedText(item).runs});
     }
   }
   additions_[list] = std::move(additions);

@@ -36,24 +36,6 @@ struct Element {
 };
 static_assert(sizeof(Element) == kRecordSize);
 
-/// The elements at one level of marked content. Short lists stand in the record itself.
-struct ContentList {
-  static constexpr std::uint32_t kFew = 4;
-  static constexpr std::uint32_t kAdded = 0x80000000U;  ///< marks an item that is a created text, not an element
-
-  std::uint32_t owner;  ///< the container, kNone for the page
-  std::uint32_t size;
-  std::uint32_t capacity;
-  bool isTouched;  ///< texts were added or taken out since the last commit
-  union {
-    std::uint32_t few[kFew];
-    std::uint32_t* many;
-  };
-
-  std::uint32_t* Items() { return capacity > kFew ? many : few; }
-};
-static_assert(sizeof(ContentList) == kRecordSize);
-
 /// A text element that a client made.
 struct TextRecord {
   CreatedText* text;  ///< null once it has been freed
