@@ -3,6 +3,9 @@
 #include <algorithm>
 #include <cstdio>
 #include <fstream>
+#include <string_view>
+#include <unordered_map>
+#include <unordered_set>
 #include <utility>
 #include <vector>
 
@@ -208,11 +211,77 @@ std::optional<Hindrance> FindMissingTables(PDDoc document, const std::string& pa
                           ": the numbers would mean other tables"};
 }
 
+/// One of the two marks around a formula.
+struct FormulaMark {
+  std::string number;
+  bool isStart;
+};
+
+std::optional<FormulaMark> FormulaMarkOf(PDSElement element) {
+  constexpr std::string_view kBegin = "MATHML_";
+  if (PDSElementHasAlt(element) == 0) return std::nullopt;
+  const std::string alt = DecodeTextString(TextOf(element, PDSElementGetAlt));
+  if (!alt.starts_with(kBegin)) return std::nullopt;
+  const std::string text = alt.substr(kBegin.size());
+  const std::size_t end = text.find('_');
+  if (end == std::string::npos) return std::nullopt;
+  const std::string kind = text.substr(end + 1, text.find_first_of("_:", end + 1) - end - 1);
+  if (kind != "START" && kind != "END") return std::nullopt;
+  return FormulaMark{text.substr(0, end), kind == "START"};
+}
+
+/// The kids of a formula leave their places before the new ones are given: one that cannot be moved would take those before
+/// it out of the tree.
+std::optional<Hindrance> FindLostPartOfFormula(PDSElement parent, const KidTypes& types) {
+  std::unordered_map<std::string, ASInt32> starts;
+  ASInt32 lastLost = -1;
+  const ASInt32 count = PDSElementGetNumKids(parent);
+  for (ASInt32 i = 0; i < count; ++i) {
+    CosObj kid = {};
+    void* content = nullptr;
+    const ASAtom type = PDSElementGetKid(parent, i, &kid, starts.empty() ? nullptr : &content, nullptr);
+    if (type != types.element) {
+      if (type != types.object && content == nullptr) lastLost = i;
+      continue;
+    }
+    const std::optional<FormulaMark> mark = FormulaMarkOf(kid);
+    if (!mark) continue;
+    if (mark->isStart) {
+      starts.emplace(mark->number, i);
+    } else if (const auto start = starts.find(mark->number); start != starts.end() && start->second < lastLost) {
+      return Hindrance{
+          0, "formula " + mark->number +
+                 " has a part that is no content of its page's own, and cannot be moved: the other parts would be lost"};
+    }
+  }
+  return std::nullopt;
+}
+
+std::optional<Hindrance> FindLostPartsOfFormulas(PDDoc document) {
+  // Each element once, though it may have many formulas.
+  std::unordered_set<std::uint64_t> seen;
+  std::vector<PDSElement> parents;
+  ForEachElement(document, [&](PDSElement element) {
+    const std::optional<FormulaMark> mark = FormulaMarkOf(element);
+    if (!mark || !mark->isStart) return;
+    PDSElement parent = {};
+    ASBool isRoot = 0;
+    PDSElementGetParent(element, &parent, &isRoot);
+    if (isRoot == 0 && seen.insert(KeyOf(parent)).second) parents.push_back(parent);
+  });
+  const KidTypes types;
+  for (const PDSElement& parent : parents) {
+    if (auto found = FindLostPartOfFormula(parent, types)) return found;
+  }
+  return std::nullopt;
+}
+
 }  // namespace
 
 std::optional<Hindrance> FindHarm(PDDoc document, const StepCall& step) {
-  if (step.name != "layout-tables") return std::nullopt;
+  if (step.name != "layout-tables" && step.name != "mathml") return std::nullopt;
   const HostFrame frame;
+  if (step.name == "mathml") return FindLostPartsOfFormulas(document);
   return FindMissingTables(document, step.path);
 }
 

@@ -182,5 +182,32 @@ TEST_F(FixHindrances, StepsWithoutFootnotesHaveNothingToDo) {
   EXPECT_FALSE(entry.contains("skipped"));
 }
 
+Element FormulaMark(std::u16string_view alt) { return Element("Span").Alt(alt); }
+
+TEST_F(FixHindrances, FormulasStayWhereOneHasAPartThatCannotBeMoved) {
+  TestDocument document;
+  Page& page = document.AddPage();
+  document.Tree({Element("Document")(
+      {Element("P").Add(FormulaMark(u"MATHML_3_START")).Text(page, "x").RawKid("77").Add(FormulaMark(u"MATHML_3_END"))})});
+  EXPECT_EQ(ReasonFor("mathml", document),
+            "formula 3 has a part that is no content of its page's own, and cannot be moved: the other parts would be lost");
+  EXPECT_THAT(TreeOfOutput(), HasSubstr("mcid 0 page 1"));
+}
+
+TEST_F(FixHindrances, FormulasAreMadeBesideAPartThatCannotBeMoved) {
+  TestDocument document;
+  Page& page = document.AddPage();
+  document.Tree({Element("Document")({Element("P")
+                                          .RawKid("76")
+                                          .Add(FormulaMark(u"MATHML_3_START"))
+                                          .Text(page, "x")
+                                          .Add(FormulaMark(u"MATHML_3_END"))
+                                          .RawKid("77")
+                                          .Add(FormulaMark(u"MATHML_4_START"))
+                                          .RawKid("78")})});
+  EXPECT_EQ(ReportOn("mathml", document)["changed"], true);
+  EXPECT_THAT(TreeOfOutput(), HasSubstr("Formula"));
+}
+
 }  // namespace
 }  // namespace tgx::test

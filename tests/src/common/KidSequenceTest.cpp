@@ -1,12 +1,11 @@
 #include "src/common/KidSequence.h"
 
+#include <algorithm>
 #include <numeric>
+#include <random>
 #include <vector>
 
 #include <gtest/gtest.h>
-
-#include <algorithm>
-#include <random>
 
 namespace tgx {
 namespace {
