@@ -71,6 +71,7 @@ constexpr SampleStep kSteps[] = {
     {"annual-report", "group-tags"},
     {"annual-report", "extra-paragraphs"},
     {"annual-report", "table-headers-footers"},
+    {"annual-report", "table-layout"},
     {"annual-report", "role-map"},
     {"travel-guide", "table-metadata"},
     {"travel-guide", "reshuffle-frames"},
@@ -86,6 +87,7 @@ constexpr SampleStep kSteps[] = {
     {"handbook", "group-tags"},
     {"handbook", "extra-paragraphs"},
     {"handbook", "table-headers-footers"},
+    {"handbook", "table-layout"},
     {"handbook", "role-map"},
 };
 
