@@ -2,7 +2,9 @@
 
 #include <array>
 #include <cstdio>
+#include <cstdlib>
 #include <optional>
+#include <string_view>
 
 namespace tgx {
 namespace {
@@ -19,19 +21,31 @@ void ReadTypeLine(const std::string& line, std::string& first, std::string& seco
   second = secondWord.data();
 }
 
+/// Reads a number as scanf's "%d" does, and goes on behind it; one that is none of 32 bits counts as missing.
+std::optional<std::int32_t> ReadNumber(const char*& text) {
+  char* end = nullptr;
+  const std::int64_t number = std::strtoll(text, &end, 10);
+  if (end == text || number != static_cast<std::int32_t>(number)) return std::nullopt;
+  text = end;
+  return static_cast<std::int32_t>(number);
+}
+
 std::optional<std::int32_t> ReadTableLine(const std::string& line) {
-  int number = -1;
-  if (std::sscanf(line.c_str(), "Table\t%d\n", &number) != 1) return std::nullopt;
-  return number;
+  constexpr std::string_view kWord = "Table";
+  if (!line.starts_with(kWord)) return std::nullopt;
+  const char* number = line.c_str() + kWord.size();
+  return ReadNumber(number);
 }
 
 /// The table whose kind the line behind its "Table" line names; null when it names none. The words may stand anywhere in it.
 std::unique_ptr<TSV_Table> TableOfKind(std::int32_t number, const std::string& kindLine) {
   if (Holds(kindLine, "Simple")) {
-    int rows = 0;
-    int cols = 0;
-    if (std::sscanf(kindLine.c_str(), "Simple\t%d\t%d\n", &rows, &cols) != 2) return nullptr;
-    return std::make_unique<QTH_Table>(number, rows, cols);
+    constexpr std::string_view kWord = "Simple";
+    if (!kindLine.starts_with(kWord)) return nullptr;
+    const char* numbers = kindLine.c_str() + kWord.size();
+    const std::optional<std::int32_t> rows = ReadNumber(numbers);
+    const std::optional<std::int32_t> cols = rows ? ReadNumber(numbers) : std::nullopt;
+    return cols ? std::make_unique<QTH_Table>(number, *rows, *cols) : nullptr;
   }
   if (Holds(kindLine, "Layout")) return std::make_unique<Layout_Table>(number);
   if (Holds(kindLine, "Row")) return std::make_unique<STH_Table>(number);

@@ -66,6 +66,13 @@ TEST_F(TsvParser, TakesATableLineWithoutANumberForAnyOtherLine) {
   EXPECT_EQ(Tables(), Names{"Layout 2"});
 }
 
+TEST_F(TsvParser, TakesANumberOfMoreThan32BitsForNone) {
+  Read("Table\t4294967297\nLayout\nTable\t99999999999999999999999\nLayout\nTable\t-2147483648\nLayout\n");
+  EXPECT_EQ(Tables(), Names{"Layout -2147483648"});
+  Read("Table\t1\nSimple\t1\t2147483648\nTable\t2\nSimple 2147483647 -1\n");
+  EXPECT_EQ(Tables(), Names{"QTH(2147483647,-1) 2"});
+}
+
 TEST_F(TsvParser, MakesNoTableOfASimpleLineWithOneNumber) {
   Read("Table\t1\nSimple\t1\nTable\t2\n");
   EXPECT_EQ(Tables(), Names{"IDH 2"});
