@@ -1,6 +1,8 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <cstdio>
+
 #include "tests/support/OpenDocument.h"
 #include "tests/support/TestDocument.h"
 #include "tests/support/TreeText.h"
@@ -242,6 +244,42 @@ TEST(AttFix, ListsTheIdentifiersInTheIdTree) {
   QPDFObjectHandle ids = file.TreeRoot().getKey("/IDTree");
   ASSERT_TRUE(ids.isDictionary());
   EXPECT_NE(ids.unparseResolved().find("1_2_2"), std::string::npos);
+}
+
+TEST(AttFix, GivesAnIdentifierAlsoWhereAnotherElementHasItAndLeavesTheIdTreeToTheFirst) {
+  TestDocument document;
+  document.AddPage();
+  const char* const metadata = "<Table type='3'><Row><Cell type='1' row='1' index='1'/></Row></Table>";
+  document.Tree({Element("P").Id("1_1_1"), Element("Table")({Placeholder(metadata), Row({"TD"})})});
+  OpenDocument open(document.Write());
+  ASSERT_EQ(open.Action(kAttFix), test::kSuccess);
+  test::ReadBack file(open.Save());
+  EXPECT_EQ(test::TreeText(file.Pdf()), "P id=\"1_1_1\"\nTable\n  TR\n    TD id=\"1_1_1\"\n");
+  QPDFObjectHandle names = file.TreeRoot().getKey("/IDTree").getKey("/Names");
+  ASSERT_EQ(names.getArrayNItems(), 2);
+  EXPECT_EQ(names.getArrayItem(1).getKey("/S").getName(), "/P");
+}
+
+TEST(AttFix, EndsWithTheHostsRaiseAfterAllTablesWhereAPlaceholderStandsTwice) {
+  const std::string metadata = "[ATT]<Tables><Table type='1'/></Tables>";
+  std::string alt = "FEFF";
+  for (const char character : metadata) {
+    char unit[8];
+    std::snprintf(unit, sizeof unit, "%04X", static_cast<unsigned>(character));
+    alt += unit;
+  }
+  TestDocument document;
+  document.AddPage();
+  document.Object("twice", "<</S/Figure/Alt<" + alt + ">>>");
+  document.Tree({Element("Table").RawKid("$twice").RawKid("$twice").Add(Row({"TH"})),
+                 Element("Table")({Placeholder("<Table type='4'/>"), Row({"TD"})})});
+  OpenDocument open(document.Write());
+  const Outcome outcome = open.Action(kAttFix);
+  EXPECT_EQ(outcome.result, TGX_FAILED);
+  EXPECT_NE(outcome.text, "");
+  const std::string tree = SavedTree(open);
+  EXPECT_THAT(tree, testing::HasSubstr("TH attributes=<< /O /Table /Scope /Column >>"));
+  EXPECT_THAT(tree, testing::HasSubstr("Div\n  Figure")) << "placeholders behind it stay";
 }
 
 TEST(AttFix, EndsWithTheHostsRaiseWhenTheMetadataHasMoreCellsThanARow) {
