@@ -59,11 +59,12 @@ void MakeCrowdedPage(int sequences, const std::string& fontFrom, const std::stri
   pages.BeginPage();
   for (int paragraph = 0; pages.MarkedContentCount() < static_cast<std::size_t>(sequences); ++paragraph) {
     Bullet(pages, document);
-    Node* lines = Paragraph(pages, document, 10);
+    Node* lines = Paragraph(pages, document, 6);
     lines->element.replaceKey("/Lang", QPDFObjectHandle::newString(paragraph % 3 == 0 ? "[Lang=fr]" : "[Lang=en]"));
-    if (paragraph % 10 != 0) continue;
-    pages.Text(pages.Add("Reference", lines), "Reference", "1", 330, 6);
-    pages.Text(pages.Add("Note", document), "Note", kLine, 36, 7);
+    for (int footnote = 0; footnote < 2; ++footnote) {
+      pages.Text(pages.Add("Reference", lines), "Reference", "1", 330, 6);
+      pages.Text(pages.Add("Note", document), "Note", kLine, 36, 7);
+    }
   }
   pages.EndPage();
   pages.Finish(QPDFObjectHandle::newDictionary());

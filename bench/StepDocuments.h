@@ -6,8 +6,8 @@ namespace tgx::bench {
 
 // Documents that ask much of single steps. The same arguments give the same bytes.
 
-/// One page with that many marked-content sequences: paragraphs of ten lines in two languages, and among them double bullets
-/// and, one in ten paragraphs, a reference and a note. Text in a font of the document `fontFrom`.
+/// One page with that many marked-content sequences: paragraphs of six lines in two languages, and with each of them a
+/// double bullet and two references with their notes. Text in a font of the document `fontFrom`.
 void MakeCrowdedPage(int sequences, const std::string& fontFrom, const std::string& path);
 
 /// Pages of fifty lines, with so many formulas in the middle of each that have all their marks.
