@@ -16,9 +16,9 @@ class AcroFormTree;
 /// Copies the settings, values and appearances of the form fields of one document to the fields of the same name of another.
 class AcroFormSync {
  public:
-  /// Room for large forms, fonts included, and a gigabyte of data; a bound for those that refer to the same values again and
-  /// again.
-  static constexpr std::int64_t kMostCopies = 4'000'000;
+  /// Room for large forms, fonts included, and half a gigabyte of data; a bound for those that refer to the same values
+  /// again and again.
+  static constexpr std::int64_t kMostCopies = 2'000'000;
 
   explicit AcroFormSync(std::int64_t mostCopies = kMostCopies) : budget_(mostCopies) {}
 
