@@ -71,6 +71,7 @@ void SimpleFileLogger::Write(const char* kind, const char* format, std::va_list 
   std::fprintf(file, "%s %s: ", FormatLocalTime(std::time(nullptr), "%Y-%m-%d %I:%M:%S").c_str(), kind);
   // The analyzer does not see that the callers started the list.
   std::vfprintf(file, format, arguments);  // NOLINT(clang-analyzer-valist.Uninitialized)
+  std::fflush(file);                       // a file that a burst holds open is to lack nothing either
 }
 
 SimpleFileLogger::Burst::Burst(SimpleFileLogger& logger) : logger_(logger) {

@@ -69,6 +69,14 @@ TEST(SimpleFileLogger, WritesTheSameInABurst) {
                                                           " EXCEPTION: two\n" + kTime + " INFO: after\n"));
 }
 
+TEST(SimpleFileLogger, WritesEachEntryOfABurstAtOnce) {
+  const LogFolder folder;
+  SimpleFileLogger logger(folder.Path() + "/state/some.log");
+  const SimpleFileLogger::Burst burst(logger);
+  logger.Info("one\n");
+  EXPECT_THAT(folder.Read("state/some.log"), MatchesRegex(kTime + " INFO: one\n"));
+}
+
 TEST(SimpleFileLogger, LosesTheEntriesOfABurstWhereTheFileCannotBeOpened) {
   const LogFolder folder;
   SimpleFileLogger logger(folder.Path());
