@@ -68,6 +68,11 @@ TEST_F(IDStyleNameFixTest, RenamesElementsAtAnyDepth) {
             "A\n  Sect\n    Bc\n      mcid 0 page 1\nA\n");
 }
 
+TEST_F(IDStyleNameFixTest, GivesTheRoleOfAStyleWithAnEmptyNameToTheEmptyType) {
+  doc.Tree({Element("ps1")}).RoleMap({{"ps1", "H1"}});
+  EXPECT_EQ(RoleMapAfter(Paragraphs(Style("ps1", ""))), " -> H1\n");
+}
+
 TEST_F(IDStyleNameFixTest, LeavesTypesThatAreNoIdentifier) {
   doc.Tree({Element("P"), Element("ps"), Element("ps11"), Element("PS1")});
   EXPECT_EQ(TreeAfter(Paragraphs(Style("ps1", "0041"))), "P\nps\nps11\nPS1\n");

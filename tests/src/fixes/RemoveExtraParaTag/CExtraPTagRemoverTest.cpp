@@ -57,6 +57,17 @@ TEST(CExtraPTagRemover, KeepsAParagraphWithContentOfItsOwn) {
   EXPECT_EQ(TreeAfter(doc), "Sect\n  P\n    mcid 0 page 1\n    Table\n");
 }
 
+TEST(CExtraPTagRemover, EndsWithTheHostsRaiseAtAParagraphThatStandsTwice) {
+  TestDocument doc;
+  doc.AddPage();
+  doc.Tree({Element("Sect").Add(Element("P")({Element("Table")}).Named("twice")).RawKid("$twice")});
+  OpenDocument open(doc.Write());
+  const test::Outcome outcome = open.Fixups(kExtraParagraphs);
+  EXPECT_EQ(outcome.result, TGX_FAILED);
+  EXPECT_NE(outcome.text, "");
+  test::ExpectSound(open.Save());
+}
+
 TEST(CExtraPTagRemover, LeavesATableOnTopAlone) {
   TestDocument doc;
   doc.AddPage();
