@@ -63,6 +63,22 @@ TEST_F(AnnotHelpersTest, WrapsKidsOfAllKindsInTheirOrder) {
             "    objr Link page 1\n");
 }
 
+TEST_F(AnnotHelpersTest, WrapsContentOfAnotherPageThatHasTheNumberOfContentOfTheLinksPage) {
+  Page& first = doc.AddPage();
+  Page& second = doc.AddPage();
+  doc.Tree({Element("Reference").Text(first, "a").Text(second, "b"), Element("P").Text(second, "c")});
+  Open();
+  Wrap(Top());
+  EXPECT_EQ(test::SavedTree(Opened()),
+            "Reference\n"
+            "  Link\n"
+            "    mcid 0 page 1\n"
+            "    mcr 0 page 2\n"
+            "    objr Link page 1\n"
+            "P\n"
+            "  mcid 1 page 2\n");
+}
+
 TEST_F(AnnotHelpersTest, WrapsNothingInALinkOfTheAnnotationAlone) {
   doc.AddPage();
   doc.Tree({Element("Reference")});
