@@ -10,8 +10,7 @@ namespace {
 
 class ContentLists : public testing::Test {
  protected:
-  ContentLists() = default;
-  ~ContentLists() override { list_.Free(); }
+  void TearDown() override { list_.Free(); }
 
   void Fill(std::uint32_t count) {
     list_ = ContentList::WithRoomFor(count, 0);
