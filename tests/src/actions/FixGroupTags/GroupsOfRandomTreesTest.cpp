@@ -181,7 +181,7 @@ class Model {
     const std::vector<Node*> kids = element->parent->kids;
     const auto begin = kids.begin() + PlaceOf(element);
     const auto end = std::find_if(begin, kids.end(), [&](const Node* kid) { return kid->type != element->type; });
-    const std::vector<Node*> run(begin, end);
+    std::vector<Node*> run(begin, end);
     for (Node* paragraph : run) Remove(paragraph);
     return run;
   }
