@@ -2,6 +2,7 @@
 
 #include <cstdio>
 #include <map>
+#include <sstream>
 
 #include <qpdf/Pl_Buffer.hh>
 #include <qpdf/QPDFObjectHandle.hh>
@@ -142,6 +143,15 @@ std::string TreeText(QPDF& pdf) {
 std::string TreeText(const std::string& bytes) {
   ReadBack file(bytes);
   return TreeText(file.Pdf());
+}
+
+std::string TreeWithoutContent(const std::string& bytes) {
+  std::istringstream lines(TreeText(bytes));
+  std::string left;
+  for (std::string line; std::getline(lines, line);) {
+    if (line.find("mcid") == std::string::npos) left += line + "\n";
+  }
+  return left;
 }
 
 std::string RoleMapText(QPDF& pdf) {

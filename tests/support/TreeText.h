@@ -19,6 +19,8 @@ namespace tgx::test {
 /// character as \xNN.
 std::string TreeText(QPDF& pdf);
 std::string TreeText(const std::string& bytes);
+/// Without the lines of marked content.
+std::string TreeWithoutContent(const std::string& bytes);
 
 /// The role map as lines "Custom -> P", in order of the names.
 std::string RoleMapText(QPDF& pdf);

@@ -20,21 +20,12 @@ class EmptyElements : public testing::Test {
     EXPECT_EQ(Tool(arguments).In(folder_.Path()).Run().status, 0);
     const std::string bytes = ReadFile(folder_ / "out.pdf");
     ExpectSound(bytes);
-    return WithoutContent(TreeText(bytes));
+    return TreeWithoutContent(bytes);
   }
 
   TestDocument document_;
 
  private:
-  static std::string WithoutContent(const std::string& tree) {
-    std::istringstream lines(tree);
-    std::string left;
-    for (std::string line; std::getline(lines, line);) {
-      if (line.find("mcid") == std::string::npos) left += line + "\n";
-    }
-    return left;
-  }
-
   Page& page_ = document_.AddPage();
   TempFolder folder_;
 };

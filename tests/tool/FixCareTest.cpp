@@ -31,7 +31,7 @@ class FixCare : public testing::Test {
     EXPECT_EQ(result.status, 0) << result.err;
     report_ = Json::parse(result.out);
     ExpectSound(Output());
-    return WithoutContent(TreeText(Output()));
+    return TreeWithoutContent(Output());
   }
   std::string Output() { return ReadFile(folder_ / "out.pdf"); }
   std::vector<std::string> Notes() {
@@ -48,16 +48,6 @@ class FixCare : public testing::Test {
   Page& page_ = document_.AddPage();
   TempFolder folder_;
   Json report_;
-
- private:
-  static std::string WithoutContent(const std::string& tree) {
-    std::istringstream lines(tree);
-    std::string left;
-    for (std::string line; std::getline(lines, line);) {
-      if (line.find("mcid") == std::string::npos) left += line + "\n";
-    }
-    return left;
-  }
 };
 
 TEST_F(FixCare, FramesWithOneIdentifierGoToTheirOwnAnchors) {
